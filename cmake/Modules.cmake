@@ -16,6 +16,9 @@ endfunction()
 # part of libphone-platform.so.
 function(phone_add_service name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  if(NOT arg_SOURCES)
+    return()
+  endif()
   add_library(phone-${name} OBJECT ${arg_SOURCES})
   target_link_libraries(phone-${name} PUBLIC phone-seam pb-base PkgConfig::GTK2 ${arg_LIBRARIES})
   target_include_directories(phone-${name} PUBLIC ${PROJECT_SOURCE_DIR}/platform/host
