@@ -1,0 +1,31 @@
+/// The parsers behind read_header(). Each fills what its format tells and leaves the rest; a
+/// parser that finds no size leaves it 0, and the entry function refuses that.
+#pragma once
+
+#include <cstdint>
+
+#include "pictures/header-reader.hpp"
+#include "pictures/headers/source.hpp"
+
+namespace phone::pictures {
+
+void read_jpeg(Source &source, Header &header);
+void read_png(Source &source, Header &header);
+void read_gif(Source &source, Header &header);
+void read_bmp(Source &source, Header &header);
+void read_webp(Source &source, Header &header);
+void read_tiff(Source &source, Header &header);
+/// HEIF and AVIF still pictures.
+void read_heif(Source &source, Header &header);
+/// MP4 and QuickTime. @return false when the file holds tracks but no pictures
+bool read_mp4(Source &source, Header &header);
+
+/// Reads the TIFF structure that carries EXIF data, `length` bytes at `base` of the file.
+/// Previews are taken over only where `with_preview` says so.
+void read_exif(Source &source, std::uint64_t base, std::uint64_t length, bool with_preview,
+               Header &header);
+
+/// A size as the file tells it, which may be any number.
+void set_size(Header &header, std::int64_t width, std::int64_t height);
+
+}  // namespace phone::pictures
