@@ -1,0 +1,46 @@
+#include "resources/string-file.hpp"
+
+#include <algorithm>
+
+#include "resources/file.hpp"
+
+namespace phone::resources {
+namespace {
+
+constexpr const char *kGroup = "Strings";
+
+/// Newlines are layout; any other control character has no place on a label.
+bool is_plain(std::string_view text) {
+  return std::none_of(text.begin(), text.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x20 && c != '\n') || byte == 0x7f;
+  });
+}
+
+}  // namespace
+
+std::unique_ptr<StringFile> StringFile::parse(std::string_view text) {
+  KeyFilePtr keys(g_key_file_new());
+  if (!g_key_file_load_from_data(keys.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) ||
+      !g_key_file_has_group(keys.get(), kGroup)) {
+    return nullptr;
+  }
+  return std::unique_ptr<StringFile>(new StringFile(std::move(keys)));
+}
+
+std::unique_ptr<StringFile> StringFile::open(const char *path) {
+  const auto text = read_whole(path, kMaxFile);
+  return text ? parse(*text) : nullptr;
+}
+
+std::optional<std::string> StringFile::get(int id) const {
+  const std::string key = std::to_string(id);
+  const pb::StringPtr value(
+      g_key_file_get_locale_string(keys_.get(), kGroup, key.c_str(), nullptr, nullptr));
+  if (!value) return std::nullopt;
+  std::string text(value.get());
+  if (text.size() > kMaxString || !is_plain(text)) return std::nullopt;
+  return text;
+}
+
+}  // namespace phone::resources
