@@ -1,0 +1,482 @@
+#include "phone-gtk/drawing-pass.hpp"
+#include "store-fixture.hpp"
+
+using phone::gtk::DrawingPass;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+class StoreRead : public test::StoreFixture {};
+class StoreBurst : public test::StoreFixture {};
+
+class StoreWindow : public test::StoreFixture {
+ protected:
+  StoreWindow() {
+    connect_source();
+    gtk_virtual_list_store_set_cache_size(store(), 10);
+    gtk_virtual_list_store_set_total_size(store(), 1000);
+  }
+};
+
+class StoreEviction : public StoreWindow {};
+
+TEST_F(StoreRead, OfAFilledRowAsksNobody) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  set(2, "two");
+
+  EXPECT_EQ(read(2), "two");
+
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreRead, OfAnUnfilledRowOutsideTheWindowAsksForThatRow) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  EXPECT_EQ(read(3), "row 3");
+
+  EXPECT_THAT(signals_, Contains("fill 3 3 3"));
+}
+
+TEST_F(StoreRead, GivesNullWhenTheRowStaysUnfilled) {
+  connect_source();
+  answer_ = [](int) {};
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  EXPECT_EQ(read(3), "(null)");
+
+  EXPECT_FALSE(filled(3));
+}
+
+TEST_F(StoreRead, AsksAgainForARowThatStayedUnfilled) {
+  connect_source();
+  answer_ = [](int) {};
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  read(3);
+  signals_.clear();
+
+  read(3);
+
+  EXPECT_THAT(signals_, Contains("fill 3 3 3"));
+}
+
+TEST_F(StoreRead, AsksOnceForARowThatWasFilled) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  read(3);
+  signals_.clear();
+
+  EXPECT_EQ(read(3), "row 3");
+
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreRead, WithinAFillSeesNullAndAsksNobody) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  std::string nested;
+  answer_ = [&](int row) {
+    nested = read(4);
+    set(row, "filled");
+  };
+
+  EXPECT_EQ(read(1), "filled");
+
+  EXPECT_EQ(nested, "(null)");
+  EXPECT_THAT(signals_, Not(Contains("fill 4 4 4")));
+}
+
+TEST_F(StoreRead, WithoutAHandlerDoesNothing) {
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  EXPECT_EQ(read(1), "(null)");
+
+  EXPECT_FALSE(filled(1));
+}
+
+TEST_F(StoreRead, WithoutAFillHandlerOpensNoBurst) {
+  connect_source();
+  disconnect_fill();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  read(1);
+
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreRead, SurvivesAHandlerThatRemovesTheRow) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  answer_ = [this](int row) {
+    GtkTreeIter iter = iter_of(row);
+    gtk_virtual_list_store_remove(store(), &iter);
+  };
+
+  EXPECT_EQ(read(4), "(null)");
+
+  EXPECT_EQ(length(), 4);
+}
+
+TEST_F(StoreRead, SurvivesAHandlerThatDropsTheStore) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  GtkTreeIter iter = iter_of(1);
+  GtkTreeModel *raw = model();
+  GValue value = G_VALUE_INIT;
+  answer_ = [this](int) { store_.reset(); };
+
+  gtk_tree_model_get_value(raw, &iter, kText, &value);
+
+  EXPECT_EQ(g_value_get_string(&value), nullptr);
+  g_value_unset(&value);
+}
+
+TEST_F(StoreRead, LookNeverAsks) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  EXPECT_FALSE(filled(1));
+  EXPECT_FALSE(filled(-1));
+  EXPECT_FALSE(filled(5));
+
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreBurst, OfOneReadIsThatRead) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  read(2);
+  read(3);
+
+  EXPECT_THAT(signals_, ElementsAre("initialize 2", "fill 2 2 2", "finalize 2", "initialize 3",
+                                    "fill 3 3 3", "finalize 3"));
+}
+
+TEST_F(StoreBurst, OfAPassEndsWithThePass) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  {
+    const DrawingPass pass(model(), 0, 4);
+    read(2);
+    read(3);
+    EXPECT_THAT(signals_, ElementsAre("initialize 2", "fill 2 2 2", "fill 3 3 3"));
+  }
+
+  EXPECT_EQ(signals_.back(), "finalize 3");
+}
+
+TEST_F(StoreBurst, OfAPassThatReadsNothingNewIsSilent) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  set(2, "two");
+
+  {
+    const DrawingPass pass(model(), 0, 4);
+    read(2);
+  }
+
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreBurst, OfNestedPassesEndsWithTheOuterOne) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  const DrawingPass outer(model(), 0, 4);
+  {
+    const DrawingPass inner(model(), 0, 4);
+    read(2);
+  }
+
+  EXPECT_THAT(signals_, Not(Contains(StartsWith("finalize"))));
+}
+
+TEST_F(StoreBurst, OfAMovedWindowEndsWhenTheMainLoopRuns) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  gtk_virtual_list_store_set_view_range(store(), 0, 4);
+  read(2);
+  read(3);
+
+  test::run_main_loop();
+
+  EXPECT_THAT(signals_, ElementsAre("initialize 2", "fill 2 2 2", "fill 3 3 3", "finalize 3"));
+}
+
+TEST_F(StoreBurst, LeavesNothingToEmitWhenTheStoreDies) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  gtk_virtual_list_store_set_view_range(store(), 0, 4);
+  read(2);
+  signals_.clear();
+
+  store_.reset();
+  test::run_main_loop();
+
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreBurst, KeepsTheStoreOfAPassAlive) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+
+  {
+    const DrawingPass pass(model(), 0, 4);
+    read(2);
+    store_.reset();
+  }
+
+  EXPECT_EQ(signals_.back(), "finalize 2");
+}
+
+TEST_F(StoreBurst, OpensForAHandlerThatLeavesDuringIt) {
+  connect_source();
+  gtk_virtual_list_store_set_total_size(store(), 5);
+  answer_ = [this](int) { disconnect_fill(); };
+
+  read(2);
+  read(3);
+
+  EXPECT_THAT(signals_, ElementsAre("initialize 2", "fill 2 2 2", "finalize 2"));
+}
+
+TEST_F(StoreWindow, HoldsCacheSizeRowsAroundTheVisibleOnes) {
+  gtk_virtual_list_store_set_view_range(store(), 500, 503);
+
+  read(500);
+
+  EXPECT_THAT(signals_, Contains("fill 497 506 500"));
+}
+
+TEST_F(StoreWindow, IsPushedBackAtTheStart) {
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+
+  read(1);
+
+  EXPECT_THAT(signals_, Contains("fill 0 9 1"));
+}
+
+TEST_F(StoreWindow, IsPushedBackAtTheEnd) {
+  gtk_virtual_list_store_set_view_range(store(), 996, 999);
+
+  read(999);
+
+  EXPECT_THAT(signals_, Contains("fill 990 999 999"));
+}
+
+TEST_F(StoreWindow, CoversAllVisibleRowsEvenBeyondTheCacheSize) {
+  gtk_virtual_list_store_set_view_range(store(), 100, 129);
+
+  read(129);
+
+  EXPECT_THAT(signals_, Contains("fill 100 129 129"));
+}
+
+TEST_F(StoreWindow, IsClampedToAShortList) {
+  gtk_virtual_list_store_set_total_size(store(), 4);
+  gtk_virtual_list_store_set_view_range(store(), 0, 20);
+
+  read(1);
+
+  EXPECT_THAT(signals_, Contains("fill 0 3 1"));
+}
+
+TEST_F(StoreWindow, IsEmptyWithoutACacheSize) {
+  gtk_virtual_list_store_set_cache_size(store(), 0);
+  gtk_virtual_list_store_set_view_range(store(), 0, 20);
+
+  read(1);
+
+  EXPECT_THAT(signals_, Contains("fill 1 1 1"));
+}
+
+TEST_F(StoreWindow, TakesAwayTheRowsThatLeaveIt) {
+  gtk_virtual_list_store_set_view_range(store(), 500, 503);
+  for (int row = 497; row <= 506; ++row) read(row);
+
+  gtk_virtual_list_store_set_view_range(store(), 504, 507);
+
+  EXPECT_FALSE(filled(497));
+  EXPECT_FALSE(filled(500));
+  EXPECT_TRUE(filled(501));
+  EXPECT_TRUE(filled(506));
+}
+
+TEST_F(StoreWindow, TakesRowsAwayWithoutASignal) {
+  gtk_virtual_list_store_set_view_range(store(), 500, 503);
+  read(500);
+  test::run_main_loop();
+  signals_.clear();
+  connect_view();
+
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  test::run_main_loop();
+
+  EXPECT_FALSE(filled(500));
+  EXPECT_THAT(signals_, IsEmpty());
+}
+
+TEST_F(StoreWindow, ReleasesTheValuesOfRowsThatLeave) {
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  const auto object = pb::Ref<GObject>::adopt(G_OBJECT(g_object_new(G_TYPE_OBJECT, nullptr)));
+  GtkTreeIter iter = iter_of(2);
+  gtk_virtual_list_store_set(store(), &iter, kObject, object.get(), -1);
+
+  gtk_virtual_list_store_set_view_range(store(), 500, 503);
+
+  EXPECT_EQ(object->ref_count, 1U);
+}
+
+TEST_F(StoreWindow, TakesSingleReadsOutsideAwayWhenItMoves) {
+  read(700);
+
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+
+  EXPECT_FALSE(filled(700));
+}
+
+TEST_F(StoreWindow, KeepsSingleReadsOutsideWhileItStays) {
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  read(700);
+
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  test::run_main_loop();
+
+  EXPECT_TRUE(filled(700));
+}
+
+TEST_F(StoreWindow, NeverTakesPinnedRows) {
+  GtkTreeIter iter;
+  gtk_virtual_list_store_append(store(), &iter);
+
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  gtk_virtual_list_store_set_view_range(store(), 500, 503);
+
+  EXPECT_TRUE(filled(1000));
+}
+
+TEST_F(StoreWindow, MovedWithinAFillTakesRowsAwayOnlyLater) {
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  set(2, "two");
+  bool kept = false;
+  answer_ = [&](int) {
+    gtk_virtual_list_store_set_view_range(store(), 500, 503);
+    kept = filled(2);
+  };
+
+  read(1);
+  test::run_main_loop();
+
+  EXPECT_TRUE(kept);
+  EXPECT_FALSE(filled(2));
+}
+
+TEST_F(StoreEviction, HappensNeverWithinReads) {
+  for (int row = 0; row < 50; ++row) read(row);
+
+  EXPECT_EQ(filled_rows(), 50);
+}
+
+TEST_F(StoreEviction, HappensNeverWithinSets) {
+  for (int row = 0; row < 50; ++row) set(row, "set");
+
+  EXPECT_EQ(filled_rows(), 50);
+}
+
+TEST_F(StoreEviction, KeepsTheYoungestCacheSizeRowsAtIdle) {
+  for (int row = 49; row >= 0; --row) read(row);
+
+  test::run_main_loop();
+
+  EXPECT_EQ(filled_rows(), 10);
+  EXPECT_TRUE(filled(0));
+  EXPECT_TRUE(filled(9));
+}
+
+TEST_F(StoreEviction, LeavesCacheSizeRowsAlone) {
+  for (int row = 0; row < 10; ++row) read(row);
+
+  test::run_main_loop();
+
+  EXPECT_EQ(filled_rows(), 10);
+}
+
+TEST_F(StoreEviction, LeavesTheWindowAlone) {
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  for (int row = 0; row < 10; ++row) read(row);
+  for (int row = 100; row < 150; ++row) read(row);
+
+  test::run_main_loop();
+
+  EXPECT_TRUE(filled(0));
+  EXPECT_FALSE(filled(139));
+  EXPECT_TRUE(filled(140));
+  EXPECT_EQ(filled_rows(), 20);
+}
+
+TEST_F(StoreEviction, GoesOnWithLaterReads) {
+  for (int row = 0; row < 50; ++row) read(row);
+  test::run_main_loop();
+  for (int row = 100; row < 150; ++row) read(row);
+
+  test::run_main_loop();
+
+  EXPECT_EQ(filled_rows(), 10);
+  EXPECT_TRUE(filled(149));
+}
+
+TEST_F(StoreEviction, LeavesPinnedRowsAlone) {
+  gtk_virtual_list_store_set_total_size(store(), 0);
+  for (int i = 0; i < 50; ++i) {
+    GtkTreeIter iter;
+    gtk_virtual_list_store_append(store(), &iter);
+  }
+
+  test::run_main_loop();
+
+  EXPECT_EQ(filled_rows(), 50);
+}
+
+TEST_F(StoreEviction, DoesNotHappenWithoutALimit) {
+  gtk_virtual_list_store_set_cache_size(store(), 0);
+  for (int row = 0; row < 50; ++row) read(row);
+
+  test::run_main_loop();
+
+  EXPECT_EQ(filled_rows(), 50);
+}
+
+TEST_F(StoreEviction, WaitsForAFillThatRunsTheMainLoop) {
+  for (int row = 0; row < 50; ++row) read(row);
+  int seen = 0;
+  answer_ = [&](int) {
+    test::run_main_loop();
+    seen = filled_rows();
+  };
+
+  read(500);
+  test::run_main_loop();
+
+  EXPECT_EQ(seen, 50);
+  EXPECT_EQ(filled_rows(), 10);
+}
+
+TEST_F(StoreEviction, CountsOnlyRowsThatAreStillThere) {
+  for (int row = 0; row < 10; ++row) read(row);
+  GtkTreeIter iter = iter_of(0);
+  gtk_virtual_list_store_remove(store(), &iter);
+  read(500);
+
+  test::run_main_loop();
+
+  EXPECT_EQ(filled_rows(), 10);
+}
+
+}  // namespace
