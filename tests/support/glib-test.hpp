@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <source_location>
 #include <string>
 #include <vector>
@@ -15,6 +16,15 @@ namespace support {
 /// GLib's warnings and critical warnings since the last call, oldest first, from any thread, as
 /// "pb_note_get_revision: assertion 'PB_IS_NOTE(note)' failed".
 std::vector<std::string> take_glib_warnings();
+
+/// A line of GLib's structured log that is no warning.
+struct StructuredLine {
+  GLogLevelFlags level;
+  std::map<std::string, std::string> fields;
+};
+
+/// Structured lines below a warning since the last call, oldest first, from any thread.
+std::vector<StructuredLine> take_structured_lines();
 
 /// Fixture for tests that take warnings.
 class GlibTest : public testing::Test {
