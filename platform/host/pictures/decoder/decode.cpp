@@ -1,0 +1,88 @@
+#include "pictures/decoder/decode.hpp"
+
+#include <algorithm>
+
+namespace phone::pictures {
+namespace {
+
+Size size_of(const PixbufRef &pixbuf) {
+  return {gdk_pixbuf_get_width(pixbuf.get()), gdk_pixbuf_get_height(pixbuf.get())};
+}
+
+wire::Status why_refused(const Header &header) {
+  if (header.width == 0 || header.height == 0) return wire::Status::kDamaged;
+  const gint64 pixels = static_cast<gint64>(header.width) * header.height;
+  const bool large = header.width > kMaxSide || header.height > kMaxSide || pixels > kMaxPixels;
+  return large ? wire::Status::kTooLarge : wire::Status::kUnknown;
+}
+
+Decoded decode_format(int fd, const Header &header, Size wanted, bool preview) {
+  if (header.format == Format::kHeif || header.format == Format::kAvif) {
+    return decode_heif(fd, wanted);
+  }
+  if (header.format != Format::kJpeg) return decode_with_loader(fd, header);
+  PixbufRef pixbuf;
+  if (preview) pixbuf = decode_preview(fd, header, wanted);
+  if (!pixbuf) pixbuf = decode_jpeg(fd, wanted);
+  return {pixbuf ? wire::Status::kOk : wire::Status::kDamaged, pixbuf};
+}
+
+PixbufRef on_white(const PixbufRef &pixbuf) {
+  if (!pixbuf || !gdk_pixbuf_get_has_alpha(pixbuf.get())) return pixbuf;
+  constexpr guint32 kWhite = 0xffffff;
+  const Size size = size_of(pixbuf);
+  return PixbufRef::adopt(gdk_pixbuf_composite_color_simple(
+      pixbuf.get(), size.width, size.height, GDK_INTERP_NEAREST, 255, 16, kWhite, kWhite));
+}
+
+/// RGB without alpha: blending leaves an alpha channel that says nothing any more.
+PixbufRef without_alpha(const PixbufRef &pixbuf) {
+  if (!pixbuf || !gdk_pixbuf_get_has_alpha(pixbuf.get())) return pixbuf;
+  const Size size = size_of(pixbuf);
+  PixbufRef result =
+      PixbufRef::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, size.width, size.height));
+  if (result) {
+    gdk_pixbuf_copy_area(pixbuf.get(), 0, 0, size.width, size.height, result.get(), 0, 0);
+  }
+  return result;
+}
+
+PixbufRef scaled(const PixbufRef &pixbuf, Size wanted) {
+  const Size size = size_of(pixbuf);
+  if (size.width == wanted.width && size.height == wanted.height) return pixbuf;
+  return PixbufRef::adopt(
+      gdk_pixbuf_scale_simple(pixbuf.get(), wanted.width, wanted.height, GDK_INTERP_BILINEAR));
+}
+
+}  // namespace
+
+Decoded decode(int fd, const Order &order) {
+  const auto header = read_header_of_file(fd);
+  if (!header) return {wire::Status::kUnknown, {}};
+  if (header->refused) return {why_refused(*header), {}};
+  if (header->format == Format::kVideo) return {wire::Status::kVideo, {}};
+
+  const int orientation = order.upright ? header->orientation : 1;
+  Size box = order.box;
+  if (orientation > 4) std::swap(box.width, box.height);
+  const Size promised{header->width, header->height};
+  const Size wanted = fit(promised, box, order.enlarge);
+  if (static_cast<gint64>(wanted.width) * wanted.height > kMaxPixels) {
+    return {wire::Status::kTooLarge, {}};
+  }
+  Decoded result = decode_format(fd, *header, wanted, order.preview);
+  if (result.status != wire::Status::kOk) return result;
+
+  // What came out decides from here on. A preview or a reduced decode stands for the whole
+  // picture; any other size is what the file really holds.
+  const bool reduced = header->format == Format::kJpeg || header->format == Format::kHeif ||
+                       header->format == Format::kAvif;
+  const Size stored = reduced ? promised : size_of(result.pixbuf);
+  PixbufRef pixbuf = scaled(result.pixbuf, fit(stored, box, order.enlarge));
+  if (pixbuf) pixbuf = turned(pixbuf, orientation);
+  if (pixbuf && order.opaque) pixbuf = without_alpha(on_white(pixbuf));
+  if (!pixbuf) return {wire::Status::kTooLarge, {}};
+  return {wire::Status::kOk, pixbuf, result.thumbnail_mtime};
+}
+
+}  // namespace phone::pictures
