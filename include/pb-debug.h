@@ -23,8 +23,8 @@ G_BEGIN_DECLS
  * @param level PB_LOG_ERROR, PB_LOG_WARNING or PB_LOG_INFO
  * @param format a string literal that ends in a newline
  */
-#define PB_LOG(level, format, ...)                                             \
-  _debug_message(__LINE__, __FILE__, PB_LOG_MODULE, (level), "[%s]" format,    \
+#define PB_LOG(level, format, ...)                                          \
+  _debug_message(__LINE__, __FILE__, PB_LOG_MODULE, (level), "[%s]" format, \
                  __FUNCTION__ __VA_OPT__(, ) __VA_ARGS__)
 
 /**
