@@ -2,22 +2,22 @@
 #pragma once
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
-#include <gio/gio.h>
 
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "glib-ptr.hpp"
 
 namespace phone::resources {
 
-using ResourcePtr = std::unique_ptr<GResource, pb::FreeWith<g_resource_unref>>;
-
 class BitmapFile {
  public:
   static constexpr std::size_t kMaxFile = 8U << 20U;
-  static constexpr gsize kMaxPicture = 256U << 10U;  ///< bytes of one PNG
-  static constexpr int kMaxSide = 512;               ///< pixels
+  static constexpr std::size_t kMaxPicture = 256U << 10U;  ///< bytes of one PNG
+  static constexpr int kMaxSide = 512;                     ///< pixels
 
   /// @return NULL for a file that is missing, too large or no bundle
   static std::unique_ptr<BitmapFile> open(const char *path);
@@ -27,12 +27,13 @@ class BitmapFile {
   GdkPixbuf *copy(int id);
 
  private:
-  explicit BitmapFile(ResourcePtr bundle) : bundle_(std::move(bundle)) {}
+  explicit BitmapFile(std::string bytes) : bytes_(std::move(bytes)) {}
   pb::Ref<GdkPixbuf> decode(int id) const;
 
-  ResourcePtr bundle_;
-  /// Decoded once: a screen full of placeholders asks for the same bitmap for every cell. A
-  /// picture that is missing or refused is remembered too, as an empty entry.
+  std::string bytes_;
+  std::map<std::string, std::string_view> pictures_;  // point into bytes_
+  /// Decoded once: a screen full of placeholders asks for the same bitmap for every cell. Only
+  /// numbers of the bundle are kept; a refused picture is kept as an empty entry.
   std::map<int, pb::Ref<GdkPixbuf>> decoded_;
 };
 

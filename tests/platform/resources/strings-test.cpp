@@ -1,0 +1,186 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "resource-manager.h"
+#include "support/temp-dir.hpp"
+
+using testing::StrEq;
+
+namespace {
+
+constexpr const char *kStringFile =
+    PB_PACKAGE_DIR "/usr/apps/com.velmora.photobrowser/res/string/pb-res-string.rsr";
+
+class Strings : public testing::Test {
+ protected:
+  Strings() {
+    g_setenv("LANGUAGE", "C", TRUE);
+    handle_ = rsrc_open_rsr(kStringFile);
+  }
+  ~Strings() override {
+    rsrc_close_rsr(handle_);
+    rsrc_free_strings();
+  }
+
+  gint handle_;
+};
+
+class StringOfTheLibrary : public Strings, public testing::WithParamInterface<int> {};
+class StringOfThePhone : public testing::TestWithParam<int> {};
+
+}  // namespace
+
+TEST_F(Strings, OpenGivesAHandle) { EXPECT_GE(handle_, 0); }
+
+TEST_F(Strings, AreCountedFrom1000) { EXPECT_THAT(rsrc_get_string(handle_, 0), StrEq("Photos")); }
+
+TEST_P(StringOfTheLibrary, IsThere) {
+  const gchar *text = rsrc_get_string(handle_, GetParam() - 1000);
+
+  ASSERT_NE(text, nullptr);
+  EXPECT_STRNE(text, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, StringOfTheLibrary,
+                         testing::Values(1017, 1059, 1062, 1063, 1067, 1069, 1073, 1087, 1099, 1119,
+                                         1125, 1133, 1134, 1135, 1155, 1164, 1168, 1179, 1180, 1188,
+                                         1189, 1190, 1198));
+
+TEST_P(StringOfThePhone, IsThere) {
+  const gchar *text = rsrc_get_system_string(GetParam());
+
+  ASSERT_NE(text, nullptr);
+  EXPECT_STRNE(text, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, StringOfThePhone,
+                         testing::Values(10035, 10066, 10105, 10114, 10239, 10289, 10307, 10473,
+                                         10518));
+
+TEST_F(Strings, FitTheNoticeAboutAddedFiles) {
+  const std::string notice = "1000 " + std::string(rsrc_get_string(handle_, 67));
+
+  EXPECT_LE(notice.size(), 20U);
+}
+
+TEST_F(Strings, ComeInTheLanguageOfTheUser) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=Photos\n1000[de]=Fotos\n");
+  g_setenv("LANGUAGE", "de", TRUE);
+  g_setenv("LC_ALL", "de_DE.UTF-8", TRUE);
+  const gint handle = rsrc_open_rsr(file.c_str());
+
+  EXPECT_THAT(rsrc_get_string(handle, 0), StrEq("Fotos"));
+  rsrc_close_rsr(handle);
+}
+
+TEST_F(Strings, StayUntilTheyAreFreed) {
+  const gchar *text = rsrc_get_string(handle_, 0);
+  rsrc_close_rsr(handle_);
+
+  EXPECT_THAT(text, StrEq("Photos"));
+}
+
+TEST_F(Strings, AreTheSameForEveryCaller) {
+  EXPECT_EQ(rsrc_get_string(handle_, 0), rsrc_get_string(handle_, 0));
+}
+
+TEST_F(Strings, CanBeHadAgainAfterTheyWereFreed) {
+  ASSERT_NE(rsrc_get_string(handle_, 0), nullptr);
+  rsrc_free_strings();
+  rsrc_free_strings();
+
+  EXPECT_THAT(rsrc_get_string(handle_, 0), StrEq("Photos"));
+}
+
+TEST_F(Strings, AnUnknownNumberHasNone) {
+  EXPECT_EQ(rsrc_get_string(handle_, 220), nullptr);
+  EXPECT_EQ(rsrc_get_string(handle_, -1), nullptr);
+  EXPECT_EQ(rsrc_get_string(handle_, G_MAXINT), nullptr);
+  EXPECT_EQ(rsrc_get_system_string(1), nullptr);
+}
+
+TEST_F(Strings, AFileThatIsNotOpenHasNone) {
+  EXPECT_EQ(rsrc_get_string(-1, 0), nullptr);
+  rsrc_close_rsr(handle_);
+  EXPECT_EQ(rsrc_get_string(handle_, 1), nullptr);
+}
+
+TEST_F(Strings, OfTwoFilesDoNotMix) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=Other\n");
+  const gint other = rsrc_open_rsr(file.c_str());
+
+  EXPECT_THAT(rsrc_get_string(other, 0), StrEq("Other"));
+  EXPECT_THAT(rsrc_get_string(handle_, 0), StrEq("Photos"));
+  rsrc_close_rsr(other);
+}
+
+TEST_F(Strings, CanBeLookedUpFromManyThreads) {
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([this] {
+      for (int i = 0; i < 200; ++i) EXPECT_NE(rsrc_get_string(handle_, i % 3), nullptr);
+    });
+  }
+  for (std::thread &thread : threads) thread.join();
+}
+
+TEST(StringFile, ThatIsMissingIsRefused) {
+  EXPECT_EQ(rsrc_open_rsr("/nonexistent/pb-res-string.rsr"), -1);
+}
+
+TEST(StringFile, WithoutANameIsRefused) { EXPECT_EQ(rsrc_open_rsr(nullptr), -1); }
+
+TEST(StringFile, ThatIsNoKeyFileIsRefused) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "\x7f\x45LF\n\n\n");
+
+  EXPECT_EQ(rsrc_open_rsr(file.c_str()), -1);
+}
+
+TEST(StringFile, WithoutItsGroupIsRefused) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Other]\n1000=Photos\n");
+
+  EXPECT_EQ(rsrc_open_rsr(file.c_str()), -1);
+}
+
+TEST(StringFile, OfMoreThanAMegabyteIsRefused) {
+  const support::TempDir dir;
+  const std::string file =
+      dir.write("file", "[Strings]\n1000=Photos\n#" + std::string(1U << 20U, 'x'));
+
+  EXPECT_EQ(rsrc_open_rsr(file.c_str()), -1);
+}
+
+TEST(StringFile, TextThatIsNoUtf8IsRefused) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=\xff\xfe\n");
+  const gint handle = rsrc_open_rsr(file.c_str());
+
+  EXPECT_EQ(rsrc_get_string(handle, 0), nullptr);
+  rsrc_close_rsr(handle);
+}
+
+TEST(StringFile, TextWithControlCharactersIsRefused) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=a\x1b[31m\n");
+  const gint handle = rsrc_open_rsr(file.c_str());
+
+  EXPECT_EQ(rsrc_get_string(handle, 0), nullptr);
+  rsrc_close_rsr(handle);
+}
+
+TEST(StringFile, TextOfMoreThanAKilobyteIsRefused) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=" + std::string(1025, 'x') + "\n");
+  const gint handle = rsrc_open_rsr(file.c_str());
+
+  EXPECT_EQ(rsrc_get_string(handle, 0), nullptr);
+  rsrc_close_rsr(handle);
+}
