@@ -50,6 +50,12 @@ typedef struct _GtkFormClass {
 /** The effect that slides a form in or out. */
 #define GTK_EFFECT_MOTION_FORM 0x1000u
 
+/** Looks of the title bar; any other number looks like PHONE_TITLE_BAR. */
+enum {
+  PHONE_TITLE_BAR = 0, /**< icon and title above the form */
+  PHONE_TITLE_NONE = 1 /**< no title bar: the form has the whole window */
+};
+
 /** @return the type of GtkMainWindow, a GtkWindow */
 GType gtk_main_window_get_type(void);
 
@@ -106,7 +112,7 @@ void gtk_main_window_set_default_icon(GtkMainWindow *window, GdkPixbuf *icon);
  * Chooses the look of the title bar.
  *
  * @param window (transfer none) the window
- * @param style number of the look
+ * @param style PHONE_TITLE_BAR or PHONE_TITLE_NONE
  */
 void gtk_main_window_set_title_style(GtkMainWindow *window, gint style);
 
@@ -117,6 +123,15 @@ void gtk_main_window_set_title_style(GtkMainWindow *window, gint style);
  * @return (transfer none) a GtkLabel that lives as long as the window
  */
 GtkWidget *gtk_main_window_get_title_label(GtkMainWindow *window);
+
+/**
+ * Puts a widget of the application's into the title bar, for instance a back button.
+ *
+ * @param window (transfer none) the window
+ * @param widget (transfer none) the widget; the title bar takes its floating reference
+ * @param side GTK_PACK_START before the icon and the title, GTK_PACK_END behind them
+ */
+void phone_main_window_add_title_widget(GtkMainWindow *window, GtkWidget *widget, GtkPackType side);
 
 /**
  * Gives the window's style.
