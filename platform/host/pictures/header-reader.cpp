@@ -78,6 +78,9 @@ bool is_bmp(Bytes head) {
   return length == 12 || (length >= 16 && length <= 124 && length % 4 == 0);
 }
 
+bool is_avi(Bytes head) { return has_text(head, 0, "RIFF") && has_text(head, 8, "AVI "); }
+bool is_matroska(Bytes head) { return has_text(head, 0, "\x1a\x45\xdf\xa3"); }
+
 Format format_of(Bytes head) {
   if (has_text(head, 0, "\xff\xd8\xff")) return Format::kJpeg;
   if (has_text(head, 0, "\x89PNG\r\n\x1a\n")) return Format::kPng;
@@ -89,7 +92,21 @@ Format format_of(Bytes head) {
   }
   if (is_bmp(head)) return Format::kBmp;
   if (has_text(head, 4, "ftyp")) return format_by_brands(head);
-  return is_old_quicktime(head) ? Format::kVideo : Format::kUnknown;
+  const bool video = is_avi(head) || is_matroska(head) || is_old_quicktime(head);
+  return video ? Format::kVideo : Format::kUnknown;
+}
+
+/// @return false when what looked like a video holds no pictures
+bool read_video(Source &source, Header &header) {
+  const Bytes head = source.at(0, 12);
+  if (is_avi(head)) {
+    read_avi(source, header);
+  } else if (is_matroska(head)) {
+    read_matroska(source, header);
+  } else {
+    return read_mp4(source, header);
+  }
+  return true;
 }
 
 /// @return false when what looked like a video holds no pictures
@@ -118,7 +135,7 @@ bool read_format(Source &source, Header &header) {
       read_heif(source, header);
       return true;
     case Format::kVideo:
-      return read_mp4(source, header);
+      return read_video(source, header);
     case Format::kUnknown:
       break;
   }
@@ -161,9 +178,20 @@ std::optional<Header> read_header_of_file(int fd) {
 }
 
 int open_regular_file(const char *path) {
+  struct stat info;
+  // Merely opening a device may do something.
+  if (lstat(path, &info) != 0) return -1;
+  if (S_ISLNK(info.st_mode)) {
+    errno = ELOOP;
+    return -1;
+  }
+  if (!S_ISREG(info.st_mode)) {
+    errno = EINVAL;
+    return -1;
+  }
   const int fd = open(path, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) return -1;
-  struct stat info;
+  // It may have been replaced in between.
   if (fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) return fd;
   close(fd);
   errno = EINVAL;

@@ -32,6 +32,9 @@ struct Header {
   /// Length of a video; 0 for pictures or when unknown.
   gint64 duration_ms = 0;
   bool has_gps = false;
+  /// EXIF data is there, and it says which orientation.
+  bool has_exif = false;
+  bool has_orientation = false;
   /// The size or coding is outside the limits, or the data ends before a picture's size is told:
   /// nothing may decode it outside a worker, and nothing should.
   bool refused = false;

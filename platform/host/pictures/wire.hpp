@@ -12,6 +12,9 @@ inline constexpr std::uint32_t kMagic = 0x50424431;  // "PBD1"
 /// The descriptor that a decoder finds its end of the pair at.
 inline constexpr int kSocket = 3;
 
+/// The exit status of a decoder that could not get memory.
+inline constexpr int kOutOfMemory = 77;
+
 enum Flag : std::uint32_t {
   kUpright = 1,  ///< turn the picture as its header says
   kEnlarge = 2,  ///< fill the box even if the picture is smaller

@@ -12,32 +12,19 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string_view>
 
 #include "pictures/decoder/check.hpp"
 #include "pictures/decoder/decode.hpp"
 #include "pictures/decoder/sandbox.hpp"
+#include "pictures/descriptor.hpp"
 
 namespace phone::pictures {
 namespace {
 
 /// If the owner dies during a decode that never ends, nobody else ends this process.
 constexpr unsigned kForsakenSeconds = 15;
-
-/// A descriptor that is closed with its scope.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  ~Descriptor() {
-    if (fd_ >= 0) close(fd_);
-  }
-  Descriptor(const Descriptor &) = delete;
-  Descriptor &operator=(const Descriptor &) = delete;
-  [[nodiscard]] int get() const { return fd_; }
-
- private:
-  int fd_;
-};
 
 /// @return false when the owner is gone. `fd` is -1 when no file came with the request.
 bool receive(wire::Request &request, int &fd) {
@@ -142,7 +129,18 @@ bool answer(const wire::Request &request, int file) {
   return send(reply, pixels.get());
 }
 
+/// Libraries end the process when they get no memory; the owner is told why it ended.
+[[noreturn]] void end_without_memory() { _exit(wire::kOutOfMemory); }
+
+GLogWriterOutput write_log(GLogLevelFlags level, const GLogField *fields, gsize count, gpointer) {
+  // GLib's only fatal message in a decoder is the one about memory.
+  if ((level & G_LOG_FLAG_FATAL) != 0) end_without_memory();
+  return g_log_writer_standard_streams(level, fields, count, nullptr);
+}
+
 int serve() {
+  std::set_new_handler(end_without_memory);
+  g_log_set_writer_func(write_log, nullptr, nullptr);
   load_decoders();
   if (!limit_resources() || !enter_sandbox()) return EXIT_FAILURE;
   for (;;) {

@@ -20,6 +20,10 @@ void read_heif(Source &source, Header &header);
 /// MP4 and QuickTime. @return false when the file holds tracks but no pictures
 bool read_mp4(Source &source, Header &header);
 
+void read_avi(Source &source, Header &header);
+/// Matroska and WebM.
+void read_matroska(Source &source, Header &header);
+
 /// Reads the TIFF structure that carries EXIF data, `length` bytes at `base` of the file.
 /// Previews are taken over only where `with_preview` says so.
 void read_exif(Source &source, std::uint64_t base, std::uint64_t length, bool with_preview,

@@ -210,6 +210,7 @@ std::optional<MainDirectory> read_structure(Tiff tiff, bool with_preview, Header
   if (!tiff.big_endian && !has_text(start, 0, "II")) return std::nullopt;
   if (tiff.u16(start, 2) != 42) return std::nullopt;
 
+  header.has_exif = true;
   MainDirectory main;
   Dates dates;
   std::uint32_t exif = 0;
@@ -220,6 +221,7 @@ std::optional<MainDirectory> read_structure(Tiff tiff, bool with_preview, Header
     if (entry.tag == kHeight) main.height = number;
     if (entry.tag == kOrientation && number >= 1 && number <= 8) {
       header.orientation = static_cast<int>(number);
+      header.has_orientation = true;
     }
     if (entry.tag == kDateTime) dates.set_date(tiff, entry, Dates::kChanged);
     if (entry.tag == kExifDirectory) exif = number;

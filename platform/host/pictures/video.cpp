@@ -1,0 +1,60 @@
+#include "pictures/video.hpp"
+
+#include <signal.h>
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <string>
+
+#include "pictures/process.hpp"
+
+namespace phone::pictures {
+namespace {
+
+constexpr int kNotFound = 127;  // as a shell answers
+constexpr int kNotStarted = 126;
+constexpr int kOutputOfProgram = 4;
+
+Problem problem_of(const Ending &ending) {
+  if (ending.status == 0) return Problem::kNone;
+  if (ending.status == kNotStarted) return Problem::kNoDecoder;
+  if (ending.status != kNotFound) return Problem::kDamaged;
+  static std::atomic<bool> reported = false;
+  if (!reported.exchange(true)) {
+    g_message("No previews of videos: the program ffmpegthumbnailer is not installed");
+  }
+  return Problem::kNoVideos;
+}
+
+/// Has the program write a picture into a memory file.
+Problem extract(int fd, const Descriptor &output, int size, const Wish &wish) {
+  const gint64 deadline = g_get_monotonic_time() + wish.video_time_limit;
+  const pid_t child = start_decoder({"--video", std::to_string(size)},
+                                    {{fd, wire::kSocket}, {output.get(), kOutputOfProgram}});
+  if (child < 0) return errno == ENOENT ? Problem::kNoDecoder : Problem::kBusy;
+  const Ending ending = wait_for_process(child, deadline, wish.cancellation);
+  if (wish.cancellation != nullptr && wish.cancellation->cancelled()) return Problem::kCancelled;
+  const bool made_to = ending.signal == SIGKILL && g_get_monotonic_time() >= deadline;
+  return made_to ? Problem::kTooSlow : problem_of(ending);
+}
+
+}  // namespace
+
+Result decode_video(int fd, const Wish &wish) {
+  const Descriptor output(memfd_create("video-picture", MFD_CLOEXEC));
+  if (!output) return {Problem::kBusy, {}};
+  const int size = std::max(wish.width, wish.height);
+  const Problem problem = extract(fd, output, size, wish);
+  if (problem != Problem::kNone) return {problem, {}};
+  wire::Request order;
+  order.flags = wish.flags;
+  order.width = wish.width;
+  order.height = wish.height;
+  return Pool::shared()
+      .decode(output.get(), order, wish.priority, wish.time_limit, wish.cancellation)
+      .result;
+}
+
+}  // namespace phone::pictures
