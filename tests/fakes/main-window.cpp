@@ -29,6 +29,10 @@ bool holds(GtkMainWindow *window, GtkWidget *form) {
   return gtk_widget_get_parent(form) == state_of(window).box;
 }
 
+void forget_form(GtkWidget *form, GtkMainWindow *window) {
+  if (state_of(window).current == form) state_of(window).current = nullptr;
+}
+
 }  // namespace
 
 G_DEFINE_TYPE(GtkMainWindow, gtk_main_window, GTK_TYPE_WINDOW)
@@ -95,6 +99,7 @@ void gtk_main_window_add_form(GtkMainWindow *window, GtkForm *form) {
   PB_CHECK(GTK_IS_FORM(form));
   gtk_widget_hide(GTK_WIDGET(form));
   gtk_box_pack_start(GTK_BOX(state_of(window).box), GTK_WIDGET(form), TRUE, TRUE, 0);
+  g_signal_connect_object(form, "destroy", G_CALLBACK(forget_form), window, GConnectFlags(0));
 }
 
 void gtk_main_window_remove_form(GtkMainWindow *window, GtkForm *form) {
