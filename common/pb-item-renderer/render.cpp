@@ -146,9 +146,7 @@ void draw_album(const PbItem *item, const PixbufRef &cover, const Canvas &canvas
   paint(canvas, picture.get());
 
   const gint width = gdk_pixbuf_get_width(picture.get());
-  // A folder's name is bytes; text must be UTF-8.
-  const pb::StringPtr name(item->name != nullptr ? g_utf8_make_valid(item->name, -1) : nullptr);
-  draw_caption(canvas, name.get(), 0, width, 18, PANGO_WEIGHT_NORMAL);
+  draw_caption(canvas, item->name, 0, width, 18, PANGO_WEIGHT_NORMAL);
   if (g_strcmp0(item->name, kQuickPostAlbum) == 0) return;
   const pb::StringPtr count(g_strdup_printf("(%d)", item->count));
   draw_caption(canvas, count.get(), kCountBelowName, width, 13, PANGO_WEIGHT_BOLD);
