@@ -157,6 +157,9 @@ GtkWidget *gtk_style_dialog_add_button(GtkStyleDialog *dialog, const gchar *labe
   gtk_widget_set_can_default(button, TRUE);
   gtk_widget_show(button);
   gtk_dialog_add_action_widget(GTK_DIALOG(dialog), button, response);
+  // A GtkDialog puts its first button last.
+  gtk_box_set_child_packing(GTK_BOX(gtk_dialog_get_action_area(GTK_DIALOG(dialog))), button, FALSE,
+                            TRUE, 0, GTK_PACK_START);
   // The library names what the user most likely wants first.
   if (!priv.has_buttons) gtk_dialog_set_default_response(GTK_DIALOG(dialog), response);
   priv.has_buttons = true;
