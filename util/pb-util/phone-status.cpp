@@ -35,8 +35,8 @@ bool is_card_supported() {
   return fexplorer_is_mmc_supported(&supported) && supported;
 }
 
-/// Whether the databases of the phone and of its card are complete. A status that cannot be
-/// read counts as complete for the phone and as incomplete for a card.
+/// Whether the databases of the phone and of its card are complete. A status of the phone that
+/// cannot be read counts as complete; one of the card leaves the phone's to decide.
 bool is_media_data_ready() {
   gint value = -1;
   mb_get_int_phone_status(kPhoneInitKey, &value);
@@ -121,9 +121,9 @@ gboolean pb_check_data_init_status(void) {
   if (is_media_data_ready()) return TRUE;
   PB_LOG(PB_LOG_INFO, "DB initialization is doing, quit from the application.\n");
   pb_res_open();
-  pb_util_show_dialog(kNoticeDialog, pb_get_res_string(kNotReadyTitle),
-                      pb_get_res_string(kNotReadyText), PB_DIALOG_BUTTONS_OK, kNoticeTimeoutMs,
-                      nullptr);
+  const gchar *title = pb_get_res_string(kNotReadyTitle);
+  const gchar *text = pb_get_res_string(kNotReadyText);
+  pb_util_show_dialog(kNoticeDialog, title, text, PB_DIALOG_BUTTONS_OK, kNoticeTimeoutMs, nullptr);
   pb_res_close();
   return FALSE;
 }
