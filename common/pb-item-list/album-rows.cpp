@@ -81,8 +81,7 @@ void fill_album_row(const char *entry, PbItemList *list, gint row) {
   }
   const auto item = Ref<PbItem>::adopt(pb_item_new());
   pb_item_set_album_info_ex(item.get(), album->album_id, text_of(album->name).get(),
-                            path_or_null(album->cover_path).get(), album->naid, count,
-                            album->attribute);
+                            text_of(album->cover_path).get(), album->naid, count, album->attribute);
   set_row(list, row, item.get(), thumbnail_of(item.get(), Thumbnail::kLoad).get());
 }
 

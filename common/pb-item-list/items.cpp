@@ -11,7 +11,7 @@ Ref<PbItem> make_file_item(const MbItem &record, gint nfid) {
   item->is_cluster = 0;
   item->id = record.id;
   item->filename = text_of(record.path).release();
-  item->thumb_path = path_or_null(record.thumbnail_path).release();
+  item->thumb_path = text_of(record.thumbnail_path).release();
   item->attr = record.attribute;
   item->extension = text_of(record.extension).release();
   item->media_type = record.media_type;
@@ -40,7 +40,7 @@ Ref<PbItem> make_web_item(const FmVeskFileRecord &record) {
   auto item = Ref<PbItem>::adopt(pb_item_new());
   item->nfid = low_word(record.nfid);
   item->filename = text_of(record.name).release();
-  item->thumb_path = path_or_null(record.thumbnail_path).release();
+  item->thumb_path = text_of(record.thumbnail_path).release();
   item->attr = record.attribute;
   item->extension = g_strdup("jpg");
   item->aux_text = text_of(record.bytes_url).release();

@@ -19,12 +19,6 @@ template <std::size_t Size>
   return StringPtr(g_strndup(field, strnlen(field, Size)));
 }
 
-/// Copies the path of a thumbnail or cover; NULL when the record has none.
-template <std::size_t Size>
-[[nodiscard]] StringPtr path_or_null(const gchar (&field)[Size]) {
-  return field[0] == '\0' ? StringPtr() : text_of(field);
-}
-
 enum class RecordKind { kFiles, kAlbums };
 
 /// A list of records from the service, all of one kind. Positions are found through an index

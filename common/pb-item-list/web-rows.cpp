@@ -18,7 +18,7 @@ constexpr gint kArchivedMarkId = 55;  // bitmap
 Ref<GdkPixbuf> load_thumbnail(const gchar *path) {
   gint width = 0;
   gint height = 0;
-  if (path == nullptr || !wink_parse_from_file(path, &width, &height)) return nullptr;
+  if (*path == '\0' || !wink_parse_from_file(path, &width, &height)) return nullptr;
   const auto picture = Ref<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file(path, nullptr));
   if (!picture) return nullptr;
   return Ref<GdkPixbuf>::adopt(
