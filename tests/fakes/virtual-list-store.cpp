@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -47,6 +48,7 @@ struct StoreState {
   int window_first = 0;
   int window_last = -1;
   bool emitting = false;
+  bool owes_move = false;  // the window moved within an emission
   bool burst_is_open = false;
   int burst_row = 0;
   guint64 next_id = 1;
@@ -149,10 +151,23 @@ void evict(StoreState &state, std::size_t keep) {
   }
 }
 
+/// Cache-size rows around the visible ones, pushed back into the list at its ends.
+std::pair<int, int> window_around(const StoreState &state, int first, int last) {
+  const int length = length_of(state);
+  const int from = std::max(first, 0);
+  const int to = std::min(last, length - 1);
+  if (to < from) return {0, -1};
+  const int visible = to - from + 1;
+  const int size = std::min(std::max(state.cache_size, visible), length);
+  const int start = std::clamp(from - (size - visible) / 2, 0, length - size);
+  return {start, start + size - 1};
+}
+
 gboolean evict_at_idle(gpointer store) {
   StoreState &state = state_of(store);
   state.eviction.forget();
-  evict(state, static_cast<std::size_t>(state.cache_size));
+  const bool moved = std::exchange(state.owes_move, false);
+  evict(state, moved ? 0 : static_cast<std::size_t>(state.cache_size));
   return G_SOURCE_REMOVE;
 }
 
@@ -161,7 +176,7 @@ void schedule_eviction(GtkVirtualListStore *store) {
   if (state.cache_size == 0 || state.eviction.pending()) return;
   int outside = 0;
   for (int row = 0; row < length_of(state); ++row) outside += may_go(state, row) ? 1 : 0;
-  if (outside <= state.cache_size) return;
+  if (outside <= state.cache_size && !state.owes_move) return;
   state.eviction =
       pb::SourceId(gdk_threads_add_idle_full(G_PRIORITY_LOW, evict_at_idle, store, nullptr));
 }
@@ -205,7 +220,7 @@ void request(GtkVirtualListStore *store, int row) {
   state.burst_row = row;
   const bool whole_window = in_window(state, row);
   g_signal_emit(store, signals[kFillCache], 0, whole_window ? state.window_first : row,
-                whole_window ? state.window_last : row, row);
+                whole_window ? std::min(state.window_last, length_of(state) - 1) : row, row);
   state.emitting = false;
 
   close_burst(store);
@@ -291,7 +306,10 @@ void add_row(GtkVirtualListStore *store) {
   state.rows.emplace_back().id = state.next_id++;
 }
 
+/// Lists are long, and mostly nobody listens yet when they get their length.
 void announce_row(GtkVirtualListStore *store, int row) {
+  static const guint row_inserted = g_signal_lookup("row-inserted", GTK_TYPE_TREE_MODEL);
+  if (!g_signal_has_handler_pending(store, row_inserted, 0, FALSE)) return;
   GtkTreeIter iter;
   point(state_of(store), &iter, row);
   gtk_tree_model_row_inserted(GTK_TREE_MODEL(store), path_of(row).get(), &iter);
@@ -412,20 +430,13 @@ void gtk_virtual_list_store_set_view_range(GtkVirtualListStore *store, gint firs
       pb::SourceId(gdk_threads_add_idle_full(G_PRIORITY_HIGH, end_pass_at_idle, store, nullptr));
   if (state.cache_size == 0) return;
 
-  const int length = length_of(state);
-  const int from = std::max(first, 0);
-  const int to = std::min(last, length - 1);
-  if (to < from) {
-    state.window_first = 0;
-    state.window_last = -1;
+  const auto old_window = std::pair(state.window_first, state.window_last);
+  std::tie(state.window_first, state.window_last) = window_around(state, first, last);
+  if (std::pair(state.window_first, state.window_last) == old_window) return;
+  if (state.emitting) {
+    state.owes_move = true;
+    schedule_eviction(store);
+  } else {
     evict(state, 0);
-    return;
   }
-  const int visible = to - from + 1;
-  const int size = std::min(std::max(state.cache_size, visible), length);
-  const int start = std::clamp(from - (size - visible) / 2, 0, length - size);
-  const bool moved = start != state.window_first || start + size - 1 != state.window_last;
-  state.window_first = start;
-  state.window_last = start + size - 1;
-  if (moved) evict(state, 0);
 }
