@@ -4,12 +4,14 @@
 #include <glib/gstdio.h>
 #include <unistd.h>
 
-#include <array>
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cinttypes>
-#include <cstring>
+#include <ctime>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "pictures/descriptor.hpp"
 #include "pictures/header-reader.hpp"
@@ -25,7 +27,7 @@ using pictures::Identity;
 using pictures::Problem;
 
 constexpr size_t kLongestPath = 255;
-constexpr size_t kLargestFile = 128 * 1024;
+constexpr size_t kLargestFile = 1024 * 1024;
 /// A thumbnail in use is marked so once in this time.
 constexpr time_t kDay = 24 * 60 * 60;
 
@@ -46,11 +48,15 @@ void mark_as_used(int fd, const struct stat &info) {
   if (futimens(fd, nullptr) != 0) errno = 0;
 }
 
-std::string failure_path(const struct stat &info) {
+/// A file of another kind beside the thumbnail.
+std::string beside_thumbnail(const struct stat &info, const char *extension) {
+  constexpr std::string_view kOwn = ".jpg";
   std::string path = stored_path(info);
-  if (!path.empty()) path.replace(path.size() - 4, 4, ".bad");
-  return path;
+  if (!path.empty()) path.replace(path.size() - kOwn.size(), kOwn.size(), extension);
+  return path.size() > kLongestPath ? std::string() : path;
 }
+
+std::string failure_path(const struct stat &info) { return beside_thumbnail(info, ".bad"); }
 
 /// Problems as they stand in the file, one letter each.
 constexpr std::pair<char, Problem> kLetters[] = {{'d', Problem::kDamaged},
@@ -108,6 +114,10 @@ std::string stored_path(const struct stat &info) {
   return path.size() > kLongestPath ? std::string() : path;
 }
 
+std::string stored_frame_path(const struct stat &info) {
+  return beside_thumbnail(info, ".frame.jpg");
+}
+
 bool is_stored(const struct stat &info) {
   const std::string path = stored_path(info);
   struct stat stored;
@@ -119,17 +129,18 @@ PixbufRef load_stored(const std::string &path) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
   struct stat info;
   if (!file || fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) return {};
-  thread_local std::array<std::byte, kLargestFile> bytes;
+  const size_t size = std::min(static_cast<size_t>(info.st_size), kLargestFile);
+  std::vector<std::byte> bytes(size);
   const ssize_t got = read(file.get(), bytes.data(), bytes.size());
   if (got < 0) return {};
-  PixbufRef thumbnail = decode_thumbnail({bytes.data(), static_cast<size_t>(got)});
-  if (thumbnail) {
+  PixbufRef picture = decode_own_jpeg({bytes.data(), static_cast<size_t>(got)}, kFrameSide);
+  if (picture) {
     mark_as_used(file.get(), info);
   } else {
     // Cut off by a power failure, or not ours: in either case it is made anew.
     unlink(path.c_str());
   }
-  return thumbnail;
+  return picture;
 }
 
 void save_failure(const struct stat &info, Problem problem) {
@@ -156,13 +167,12 @@ std::optional<Problem> load_failure(const struct stat &info) {
   return std::nullopt;
 }
 
-bool save(const struct stat &info, GdkPixbuf *thumbnail) {
-  const std::string path = stored_path(info);
+bool save(const std::string &path, GdkPixbuf *picture) {
   if (path.empty()) {
     report_once(store_folder(), ENAMETOOLONG);
     return false;
   }
-  const std::vector<std::byte> bytes = encode_jpeg(thumbnail);
+  const std::vector<std::byte> bytes = encode_jpeg(picture);
   if (bytes.empty()) return false;
   if (!write_file(path, bytes)) {
     report_once(path, errno);

@@ -17,13 +17,20 @@ std::string store_folder();
 /// Whether a path lies in that folder.
 bool is_in_store(const std::string &path);
 
-/// Reads a stored thumbnail; decoded in this process, since only this program writes there, and
-/// only after its header has been found harmless. A file that does not decode is removed.
+/// Pixels of the longer side of a stored frame of a video.
+inline constexpr int kFrameSide = 800;
+
+/// Where the frame of a video is or will be. Empty as stored_path().
+std::string stored_frame_path(const struct stat &info);
+
+/// Reads a stored thumbnail or frame; decoded in this process, since only this program writes
+/// there, and only after its header has been found harmless. A file that does not decode is
+/// removed.
 PixbufRef load_stored(const std::string &path);
 
-/// Puts a picture's thumbnail in its place: written to a hidden file beside it, then renamed.
+/// Puts a thumbnail or frame in its place: written to a hidden file beside it, then renamed.
 /// @return false when it cannot be written; said once in the log
-bool save(const struct stat &info, GdkPixbuf *thumbnail);
+bool save(const std::string &path, GdkPixbuf *picture);
 
 /// Notes that no thumbnail can be made of a file, for the next runs of the program.
 void save_failure(const struct stat &info, pictures::Problem problem);

@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 #include "pictures/header-reader.hpp"
-#include "thumbnail/store.hpp"
 
 namespace phone::thumbnail {
 namespace {
@@ -114,10 +113,10 @@ std::vector<std::byte> encode_jpeg(GdkPixbuf *pixbuf) {
   return bytes;
 }
 
-pictures::PixbufRef decode_thumbnail(std::span<const std::byte> bytes) {
+pictures::PixbufRef decode_own_jpeg(std::span<const std::byte> bytes, int most_side) {
   const auto header = pictures::read_header(bytes);
   if (!header || header->format != pictures::Format::kJpeg || header->refused ||
-      header->width > kSide || header->height > kSide) {
+      header->width > most_side || header->height > most_side) {
     return {};
   }
   Decoder decoder{};

@@ -66,7 +66,7 @@ bool make_one(const std::string &path, const Cancellation *cancellation) {
   if (!thumbnail) return false;
   // Even if the disk is full or may not be written, the thumbnail is there for a while.
   memory_cache().put(thumbnail_key(file.info), thumbnail);
-  if (save(file.info, thumbnail.get())) keep_within_limit();
+  if (save(stored_path(file.info), thumbnail.get())) keep_within_limit();
   return true;
 }
 

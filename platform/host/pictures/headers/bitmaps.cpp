@@ -60,21 +60,24 @@ void read_webp_exif(Source &source, Header &header) {
 }  // namespace
 
 void read_webp(Source &source, Header &header) {
-  const Bytes start = source.at(12, 18);
-  if (start.empty()) return;
-  if (has_text(start, 0, "VP8 ")) {
-    if (byte_at(start, 11) != 0x9d || byte_at(start, 12) != 0x01 || byte_at(start, 13) != 0x2a) {
-      return;
-    }
-    set_size(header, little16(start, 14) & 0x3fff, little16(start, 16) & 0x3fff);
-  } else if (has_text(start, 0, "VP8L")) {
-    const std::uint32_t bits = little32(start, 9);
-    if (byte_at(start, 8) == 0x2f) set_size(header, (bits & 0x3fff) + 1, (bits >> 14 & 0x3fff) + 1);
-  } else if (has_text(start, 0, "VP8X")) {
+  // The smallest files are shorter than the longest of the three headers.
+  const Bytes kind = source.at(12, 4);
+  if (has_text(kind, 0, "VP8 ")) {
+    const Bytes frame = source.at(20, 10);
+    if (!has_text(frame, 3, "\x9d\x01\x2a")) return;
+    set_size(header, little16(frame, 6) & 0x3fff, little16(frame, 8) & 0x3fff);
+  } else if (has_text(kind, 0, "VP8L")) {
+    const Bytes frame = source.at(20, 5);
+    if (frame.empty() || byte_at(frame, 0) != 0x2f) return;
+    const std::uint32_t bits = little32(frame, 1);
+    set_size(header, (bits & 0x3fff) + 1, (bits >> 14 & 0x3fff) + 1);
+  } else if (has_text(kind, 0, "VP8X")) {
     constexpr unsigned kHasExif = 8;
-    const unsigned flags = byte_at(start, 8);
-    set_size(header, little24(start, 12) + 1, little24(start, 15) + 1);
-    if ((flags & kHasExif) != 0) read_webp_exif(source, header);
+    const Bytes canvas = source.at(20, 10);
+    if (canvas.empty()) return;
+    const bool has_exif = (byte_at(canvas, 0) & kHasExif) != 0;
+    set_size(header, little24(canvas, 4) + 1, little24(canvas, 7) + 1);
+    if (has_exif) read_webp_exif(source, header);
   }
 }
 
