@@ -67,12 +67,13 @@ std::vector<Property> read_properties(Source &source, const Box &container, int 
   return properties;
 }
 
+/// Properties take effect in their order: a turn turns the size that stands before it.
 void apply(const Property &property, Property &result) {
   if (property.width != 0) {
     result.width = property.width;
     result.height = property.height;
   }
-  result.sideways |= property.sideways;
+  if (property.sideways) std::swap(result.width, result.height);
 }
 
 /// Adds up the properties that belong to one item.
@@ -107,7 +108,6 @@ void read_size(Source &source, const Box &container, std::uint64_t item, int &bu
     if (box->type == box_type("ipco")) properties = read_properties(source, *box, budget);
     if (box->type == box_type("ipma")) read_associations(source, *box, item, properties, result);
   }
-  if (result.sideways) std::swap(result.width, result.height);
   set_size(header, result.width, result.height);
 }
 
