@@ -52,6 +52,23 @@ gint gtk_icon_view_get_icon_height(GtkIconView *view);
  */
 gint gtk_icon_view_get_top_margin(GtkIconView *view);
 
+/**
+ * Tells a stock GtkIconView the height of its rows of icons, which it does not know itself. A
+ * PhoneIconView answers with the height of its cells and needs no telling.
+ *
+ * @param view (transfer none) the view
+ * @param pixels without the spacing between rows, 0 or more
+ */
+void phone_icon_view_set_icon_height(GtkIconView *view, gint pixels);
+
+/**
+ * Gives a view another space above its first row of icons than its margin.
+ *
+ * @param view (transfer none) any GtkIconView; a PhoneIconView lays its cells out by it
+ * @param pixels 0 or more
+ */
+void phone_icon_view_set_top_margin(GtkIconView *view, gint pixels);
+
 /** @return the type of PhoneIconView, a GtkIconView */
 GType phone_icon_view_get_type(void);
 
@@ -146,6 +163,117 @@ gint phone_icon_view_get_row_at(PhoneIconView *view, gint x, gint y);
  * @param view (transfer none) the view
  */
 void phone_icon_view_invalidate_cells(PhoneIconView *view);
+
+/**
+ * Says how many rows can be selected, GTK_SELECTION_NONE at first. Emits "selection-changed" when
+ * rows lose their selection by it.
+ *
+ * - GTK_SELECTION_NONE: a click or space opens a row.
+ * - GTK_SELECTION_SINGLE and _BROWSE: the cursor's row is the selected one; a click opens it too.
+ * - GTK_SELECTION_MULTIPLE: cells show a place to tick; a click or space ticks a row, with Shift
+ *   all rows from the last ticked one; Return opens the row with the cursor.
+ *
+ * @param view (transfer none) the view
+ * @param mode the mode
+ */
+void phone_icon_view_set_selection_mode(PhoneIconView *view, GtkSelectionMode mode);
+
+/**
+ * Gives the selection mode.
+ *
+ * @param view (transfer none) the view
+ * @return the mode
+ */
+GtkSelectionMode phone_icon_view_get_selection_mode(PhoneIconView *view);
+
+/**
+ * Selects a row; unless the mode is GTK_SELECTION_MULTIPLE, the other rows lose their selection.
+ * Emits "selection-changed" of GtkIconView when something changed, as the four that follow do.
+ *
+ * @param view (transfer none) the view
+ * @param row number of the row; one outside the list is ignored
+ */
+void phone_icon_view_select_row(PhoneIconView *view, gint row);
+
+/**
+ * Takes a row out of the selection.
+ *
+ * @param view (transfer none) the view
+ * @param row number of the row
+ */
+void phone_icon_view_unselect_row(PhoneIconView *view, gint row);
+
+/**
+ * Selects all rows, without reading any; only in GTK_SELECTION_MULTIPLE.
+ *
+ * @param view (transfer none) the view
+ */
+void phone_icon_view_select_all(PhoneIconView *view);
+
+/**
+ * Ends the selection of all rows.
+ *
+ * @param view (transfer none) the view
+ */
+void phone_icon_view_unselect_all(PhoneIconView *view);
+
+/**
+ * Tells whether a row is selected.
+ *
+ * @param view (transfer none) the view
+ * @param row number of the row
+ * @return TRUE for a selected row
+ */
+gboolean phone_icon_view_row_is_selected(PhoneIconView *view, gint row);
+
+/**
+ * Counts the selected rows.
+ *
+ * @param view (transfer none) the view
+ * @return their number
+ */
+gint phone_icon_view_count_selected(PhoneIconView *view);
+
+/**
+ * Called for one row.
+ *
+ * @param view (transfer none) the view
+ * @param row number of the row
+ * @param user_data what the caller gave
+ */
+typedef void (*phone_icon_view_row_func)(PhoneIconView *view, gint row, gpointer user_data);
+
+/**
+ * Calls a function for each row that is selected at the time of the call, in order.
+ *
+ * @param view (transfer none) the view
+ * @param function called for each row; it may change the selection
+ * @param user_data given to the function
+ */
+void phone_icon_view_foreach_selected(PhoneIconView *view, phone_icon_view_row_func function,
+                                      gpointer user_data);
+
+/**
+ * Gives the name of a row.
+ *
+ * @param view (transfer none) the view
+ * @param row number of the row
+ * @param user_data what the caller gave
+ * @return (transfer full) (nullable) UTF-8
+ */
+typedef gchar *(*phone_icon_view_name_func)(PhoneIconView *view, gint row, gpointer user_data);
+
+/**
+ * Says how rows are called for a screen reader. Without it, or when it gives NULL, a row is called
+ * by its number and the number of rows.
+ *
+ * @param view (transfer none) the view
+ * @param name (nullable) gives the name of a row; called for rows on screen only
+ * @param user_data given to the function
+ * @param destroy (nullable) called with user_data when the function is not needed any more
+ */
+void phone_icon_view_set_name_func(PhoneIconView *view, phone_icon_view_name_func name,
+                                   gpointer user_data, GDestroyNotify destroy);
 
 PHONE_END_DECLS
 

@@ -10,17 +10,10 @@
 #include <vector>
 
 #include "glib-ptr.hpp"
+#include "phone-gtk/row-range.hpp"
 #include "phone-gtk/sparse-rows.hpp"
 
 namespace phone::gtk {
-
-/// Rows first to last, both included; none when last is before first.
-struct RowRange {
-  int first = 0;
-  int last = -1;
-  [[nodiscard]] bool contains(int row) const { return row >= first && row <= last; }
-  bool operator==(const RowRange &) const = default;
-};
 
 /// What old iterators have to know: one row went, or all rows from one on.
 struct RowLoss {
