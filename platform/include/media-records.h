@@ -2,8 +2,8 @@
  * Records of the media-browser service. Their layout is fixed, byte by byte.
  *
  * Texts are bytes, as the file system has them, and end in NUL within their field. The media and
- * the web file record are packed to 4 bytes: never take the address of their 64-bit fields. Gaps
- * are 0.
+ * the web file record are packed to 4 bytes: never take the address of their 64-bit fields, nor
+ * bind a reference to them. Gaps are 0.
  */
 #ifndef MEDIA_RECORDS_H
 #define MEDIA_RECORDS_H

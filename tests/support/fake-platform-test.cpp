@@ -199,7 +199,7 @@ TEST(ServeFiles, GivesTheRecordOfAnId) {
 
   EXPECT_STREQ(record.folder, "/a");
   EXPECT_STREQ(record.name, "y.jpg");
-  EXPECT_EQ(record.nfid, 70);
+  EXPECT_EQ(gint64{record.nfid}, 70);
 }
 
 TEST(ServeFiles, GivesAClearedRecordOfAnUnknownId) {
