@@ -18,8 +18,12 @@
 
 G_BEGIN_DECLS
 
+/** The type of PbAppCommon. */
 #define PB_TYPE_APP_COMMON (pb_app_common_get_type())
+
+/** @cond */
 PB_EXPORT G_DECLARE_FINAL_TYPE(PbAppCommon, pb_app_common, PB, APP_COMMON, GObject)
+/** @endcond */
 
 /**
  * Properties, all integers that read and write the field of their name: "category-type" (-1 to
@@ -100,8 +104,8 @@ PB_EXPORT void pb_app_common_set_album_filter_sort_type(gint sort, gint filter);
 PB_EXPORT PbItemList *pb_app_common_get_item_list(void);
 
 /**
- * Names the view whose scrolling loads thumbnails. Neither is referenced; give NULL before they
- * go.
+ * Names the view whose scrolling loads thumbnails. Neither is referenced; each is forgotten when
+ * it is destroyed.
  *
  * @param iconview (transfer none) (nullable) the icon view
  * @param adjustment (transfer none) (nullable) its vertical adjustment

@@ -10,7 +10,10 @@
 
 G_BEGIN_DECLS
 
+/** The type of PbItemRenderer. */
 #define PB_TYPE_ITEM_RENDERER (pb_item_renderer_get_type())
+
+/** @cond */
 #define PB_ITEM_RENDERER(object) \
   (G_TYPE_CHECK_INSTANCE_CAST((object), PB_TYPE_ITEM_RENDERER, PbItemRenderer))
 #define PB_ITEM_RENDERER_CLASS(klass) \
@@ -22,6 +25,7 @@ G_BEGIN_DECLS
 
 typedef struct _PbItemRenderer PbItemRenderer;
 typedef struct _PbItemRendererClass PbItemRendererClass;
+/** @endcond */
 
 /**
  * Properties: "item" (PbItem), what is drawn; "follow-state" (boolean), carried only.

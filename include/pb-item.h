@@ -12,8 +12,12 @@
 
 G_BEGIN_DECLS
 
+/** The type of PbItem. */
 #define PB_TYPE_ITEM (pb_item_get_type())
+
+/** @cond */
 PB_EXPORT G_DECLARE_FINAL_TYPE(PbItem, pb_item, PB, ITEM, GObject)
+/** @endcond */
 
 /**
  * The fields are read directly by lists, views and the application. Write them through the
