@@ -189,8 +189,8 @@ PB_EXPORT GdkPixbuf *pb_item_get_pixbuf_at_size(PbItem *item, gint width, gint h
  * Gives the animation of the item's file for the animated preview.
  *
  * @param item (transfer none) the item
- * @param is_static (out) (nullable) TRUE when the file holds a single picture; FALSE when it cannot be
- *        loaded
+ * @param is_static (out) (nullable) TRUE when the file holds a single picture; FALSE when it cannot
+ * be loaded
  * @return (transfer full) (nullable) NULL when the file cannot be loaded
  */
 PB_EXPORT GdkPixbufAnimation *pb_item_get_palm_animation_pixbuf(PbItem *item, gboolean *is_static);
