@@ -136,7 +136,11 @@ pid_t start_decoder(const std::vector<std::string> &arguments,
   std::vector<std::pair<int, int>> moves;
   for (const auto &[ours, theirs] : descriptors) {
     copies.emplace_back(fcntl(ours, F_DUPFD_CLOEXEC, kOutOfTheWay));
-    if (!copies.back()) return -1;
+    if (!copies.back()) {
+      // That number itself may be above the limit.
+      if (errno == EINVAL) errno = EMFILE;
+      return -1;
+    }
     moves.emplace_back(copies.back().get(), theirs);
   }
   SpawnPlan plan;

@@ -27,22 +27,29 @@ Decoded decode_format(int fd, const Header &header, Size wanted, bool preview) {
   return {pixbuf ? wire::Status::kOk : wire::Status::kDamaged, pixbuf};
 }
 
-PixbufRef on_white(const PixbufRef &pixbuf) {
-  if (!pixbuf || !gdk_pixbuf_get_has_alpha(pixbuf.get())) return pixbuf;
-  constexpr guint32 kWhite = 0xffffff;
-  const Size size = size_of(pixbuf);
-  return PixbufRef::adopt(gdk_pixbuf_composite_color_simple(
-      pixbuf.get(), size.width, size.height, GDK_INTERP_NEAREST, 255, 16, kWhite, kWhite));
+/// One row of RGBA onto white, as RGB.
+void blend_row(const guchar *from, guchar *to, int width) {
+  constexpr int kWhite = 255;
+  for (int x = 0; x < width; ++x, from += 4, to += 3) {
+    const int alpha = from[3];
+    for (int channel = 0; channel < 3; ++channel) {
+      to[channel] =
+          static_cast<guchar>((from[channel] * alpha + kWhite * (255 - alpha) + 127) / 255);
+    }
+  }
 }
 
-/// RGB without alpha: blending leaves an alpha channel that says nothing any more.
-PixbufRef without_alpha(const PixbufRef &pixbuf) {
-  if (!pixbuf || !gdk_pixbuf_get_has_alpha(pixbuf.get())) return pixbuf;
+PixbufRef on_white(const PixbufRef &pixbuf) {
+  if (!gdk_pixbuf_get_has_alpha(pixbuf.get())) return pixbuf;
   const Size size = size_of(pixbuf);
   PixbufRef result =
       PixbufRef::adopt(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, size.width, size.height));
-  if (result) {
-    gdk_pixbuf_copy_area(pixbuf.get(), 0, 0, size.width, size.height, result.get(), 0, 0);
+  if (!result) return {};
+  const std::ptrdiff_t from_stride = gdk_pixbuf_get_rowstride(pixbuf.get());
+  const std::ptrdiff_t to_stride = gdk_pixbuf_get_rowstride(result.get());
+  for (int y = 0; y < size.height; ++y) {
+    blend_row(gdk_pixbuf_read_pixels(pixbuf.get()) + y * from_stride,
+              gdk_pixbuf_get_pixels(result.get()) + y * to_stride, size.width);
   }
   return result;
 }
@@ -80,7 +87,7 @@ Decoded decode(int fd, const Order &order) {
   const Size stored = reduced ? promised : size_of(result.pixbuf);
   PixbufRef pixbuf = scaled(result.pixbuf, fit(stored, box, order.enlarge));
   if (pixbuf) pixbuf = turned(pixbuf, orientation);
-  if (pixbuf && order.opaque) pixbuf = without_alpha(on_white(pixbuf));
+  if (pixbuf && order.opaque) pixbuf = on_white(pixbuf);
   if (!pixbuf) return {wire::Status::kTooLarge, {}};
   return {wire::Status::kOk, pixbuf, result.thumbnail_mtime};
 }

@@ -38,10 +38,11 @@ PixbufRef without_bars(const PixbufRef &preview, Size main) {
                                 is_dark(preview.get(), width - x, 0, x, height)
                           : is_dark(preview.get(), 0, 0, width, y) &&
                                 is_dark(preview.get(), 0, height - y, width, y);
-  if (!dark || inner.width < 3 || inner.height < 3) return {};
-  // One more pixel at the bars, which the compression has smeared over the picture's edge.
-  const int dx = x > 0 ? 1 : 0;
-  const int dy = y > 0 ? 1 : 0;
+  // The compression has smeared the bars over the picture's edge.
+  constexpr int kSmeared = 2;
+  if (!dark || inner.width <= 2 * kSmeared || inner.height <= 2 * kSmeared) return {};
+  const int dx = x > 0 ? kSmeared : 0;
+  const int dy = y > 0 ? kSmeared : 0;
   return PixbufRef::adopt(gdk_pixbuf_new_subpixbuf(preview.get(), x + dx, y + dy,
                                                    inner.width - 2 * dx, inner.height - 2 * dy));
 }
