@@ -1,0 +1,170 @@
+#include "canvas.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "slide-painter.hpp"
+
+namespace gallery {
+namespace {
+
+constexpr double kDragStart = 10;  // pixels before a press is a drag
+constexpr double kFlick = 0.4;     // pixels a millisecond
+constexpr guint kFrameMs = 16;
+constexpr gint64 kGlideUs = 180000;
+/// A slide without a neighbour follows the finger by this part of its way.
+constexpr double kResistance = 0.25;
+
+}  // namespace
+
+Canvas::Canvas(Hooks hooks)
+    : hooks_(std::move(hooks)), area_(pb::Ref<GtkWidget>::sink(gtk_drawing_area_new())) {
+  GtkWidget *area = area_.get();
+  gtk_widget_set_name(area, "viewer-canvas");
+  gtk_widget_set_can_focus(area, TRUE);
+  gtk_widget_add_events(area,
+                        GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
+  const GdkColor black{0, 0, 0, 0};
+  gtk_widget_modify_bg(area, GTK_STATE_NORMAL, &black);
+  g_signal_connect(area, "expose-event", G_CALLBACK(on_expose), this);
+  g_signal_connect(area, "button-press-event", G_CALLBACK(on_press), this);
+  g_signal_connect(area, "button-release-event", G_CALLBACK(on_release), this);
+  g_signal_connect(area, "motion-notify-event", G_CALLBACK(on_motion), this);
+  g_signal_connect(area, "size-allocate", G_CALLBACK(on_resized), this);
+}
+
+Canvas::~Canvas() { g_signal_handlers_disconnect_by_data(area_.get(), this); }
+
+int Canvas::width() const {
+  GtkAllocation allocation;
+  gtk_widget_get_allocation(area_.get(), &allocation);
+  return allocation.width;
+}
+
+void Canvas::show(Slide current) {
+  current_ = std::move(current);
+  gtk_widget_queue_draw(area_.get());
+}
+
+void Canvas::set_neighbours(std::unique_ptr<Slide> previous, std::unique_ptr<Slide> next) {
+  previous_ = std::move(previous);
+  next_ = std::move(next);
+}
+
+void Canvas::draw(cairo_t *cairo) {
+  GtkAllocation allocation;
+  gtk_widget_get_allocation(area_.get(), &allocation);
+  const auto paint_at = [&](const Slide &slide, double x) {
+    cairo_save(cairo);
+    cairo_translate(cairo, x, 0);
+    cairo_rectangle(cairo, 0, 0, allocation.width, allocation.height);
+    cairo_clip(cairo);
+    paint_slide(cairo, area_.get(), slide, allocation.width, allocation.height);
+    cairo_restore(cairo);
+  };
+  const double shift = std::round(shift_);
+  paint_at(current_, shift);
+  if (shift > 0 && previous_) paint_at(*previous_, shift - allocation.width);
+  if (shift < 0 && next_) paint_at(*next_, shift + allocation.width);
+}
+
+gboolean Canvas::on_expose(GtkWidget *area, GdkEventExpose *event, gpointer self) {
+  cairo_t *cairo = gdk_cairo_create(gtk_widget_get_window(area));
+  gdk_cairo_region(cairo, event->region);
+  cairo_clip(cairo);
+  static_cast<Canvas *>(self)->draw(cairo);
+  cairo_destroy(cairo);
+  return TRUE;
+}
+
+gboolean Canvas::on_press(GtkWidget *area, GdkEventButton *event, gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  if (event->button != 1 || event->type != GDK_BUTTON_PRESS) return FALSE;
+  gtk_widget_grab_focus(area);
+  if (canvas->glide_.pending()) canvas->arrive();
+  canvas->pressed_ = true;
+  canvas->dragging_ = false;
+  canvas->press_x_ = event->x;
+  canvas->press_time_ = event->time;
+  return TRUE;
+}
+
+gboolean Canvas::on_motion(GtkWidget *area, GdkEventMotion *event, gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  if (!canvas->pressed_) return FALSE;
+  const double way = event->x - canvas->press_x_;
+  if (!canvas->dragging_ && std::abs(way) < kDragStart) return TRUE;
+  canvas->dragging_ = true;
+  const bool free = way > 0 ? canvas->previous_ != nullptr : canvas->next_ != nullptr;
+  canvas->shift_ = free ? way : way * kResistance;
+  gtk_widget_queue_draw(area);
+  return TRUE;
+}
+
+gboolean Canvas::on_release(GtkWidget * /*area*/, GdkEventButton *event, gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  if (event->button != 1 || !canvas->pressed_) return FALSE;
+  canvas->pressed_ = false;
+  if (canvas->dragging_) {
+    canvas->let_go(event->x, event->time);
+  } else {
+    canvas->tap(event->x);
+  }
+  return TRUE;
+}
+
+void Canvas::tap(double x) {
+  const int third = width() / 3;
+  if (x < third) {
+    hooks_.step(-1);
+  } else if (x >= width() - third) {
+    hooks_.step(1);
+  } else {
+    hooks_.tapped();
+  }
+}
+
+void Canvas::let_go(double x, guint32 time) {
+  const double way = x - press_x_;
+  const double speed = std::abs(way) / std::max<guint32>(1, time - press_time_);
+  const bool far = std::abs(way) > width() / 3.0 || speed > kFlick;
+  const bool free = way > 0 ? previous_ != nullptr : next_ != nullptr;
+  glide_to(far && free ? std::copysign(width(), way) : 0);
+}
+
+void Canvas::glide_to(double goal) {
+  glide_from_ = shift_;
+  glide_goal_ = goal;
+  glide_start_ = g_get_monotonic_time();
+  glide_ = pb::SourceId(gdk_threads_add_timeout(kFrameMs, on_frame, this));
+}
+
+gboolean Canvas::on_frame(gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  const double part = static_cast<double>(g_get_monotonic_time() - canvas->glide_start_) / kGlideUs;
+  if (part >= 1) {
+    canvas->glide_.forget();
+    canvas->arrive();
+    return G_SOURCE_REMOVE;
+  }
+  const double eased = 1 - (1 - part) * (1 - part);
+  canvas->shift_ = canvas->glide_from_ + (canvas->glide_goal_ - canvas->glide_from_) * eased;
+  gtk_widget_queue_draw(canvas->area_.get());
+  return G_SOURCE_CONTINUE;
+}
+
+void Canvas::arrive() {
+  glide_.remove();
+  const double goal = glide_goal_;
+  shift_ = 0;
+  glide_goal_ = 0;
+  gtk_widget_queue_draw(area_.get());
+  if (goal != 0) hooks_.step(goal > 0 ? -1 : 1);
+}
+
+void Canvas::on_resized(GtkWidget * /*area*/, GtkAllocation *allocation, gpointer self) {
+  static_cast<Canvas *>(self)->hooks_.resized(allocation->width, allocation->height);
+}
+
+}  // namespace gallery

@@ -1,0 +1,72 @@
+/// The area that shows one picture, and its neighbours while a finger moves it.
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <functional>
+#include <glib-ptr.hpp>
+#include <memory>
+#include <string>
+
+namespace gallery {
+
+/// What is to be seen of one picture.
+struct Slide {
+  pb::Ref<GdkPixbuf> picture;  ///< NULL for none
+  bool is_preview = false;     ///< a thumbnail: shown as large as the picture will be
+  bool has_play_mark = false;
+  std::string sentence;  ///< under the picture, or in its place
+};
+
+class Canvas {
+ public:
+  struct Hooks {
+    std::function<void(int step)> step;                  ///< -1 previous, 1 next
+    std::function<void()> tapped;                        ///< in the middle
+    std::function<void(int width, int height)> resized;  ///< the room for a picture has changed
+  };
+
+  explicit Canvas(Hooks hooks);
+  ~Canvas();
+  Canvas(const Canvas &) = delete;
+  Canvas &operator=(const Canvas &) = delete;
+
+  [[nodiscard]] GtkWidget *widget() const { return area_.get(); }
+  /// Shows a slide at rest.
+  void show(Slide current);
+  /// What appears at the sides while the slide is moved; NULL where there is nothing.
+  void set_neighbours(std::unique_ptr<Slide> previous, std::unique_ptr<Slide> next);
+
+ private:
+  static gboolean on_expose(GtkWidget *area, GdkEventExpose *event, gpointer self);
+  static gboolean on_press(GtkWidget *area, GdkEventButton *event, gpointer self);
+  static gboolean on_release(GtkWidget *area, GdkEventButton *event, gpointer self);
+  static gboolean on_motion(GtkWidget *area, GdkEventMotion *event, gpointer self);
+  static void on_resized(GtkWidget *area, GtkAllocation *allocation, gpointer self);
+  static gboolean on_frame(gpointer self);
+
+  void draw(cairo_t *cairo);
+  void tap(double x);
+  void let_go(double x, guint32 time);
+  void glide_to(double goal);
+  void arrive();
+  [[nodiscard]] int width() const;
+
+  Hooks hooks_;
+  pb::Ref<GtkWidget> area_;
+  Slide current_;
+  std::unique_ptr<Slide> previous_;
+  std::unique_ptr<Slide> next_;
+
+  bool pressed_ = false;
+  bool dragging_ = false;
+  double press_x_ = 0;
+  guint32 press_time_ = 0;
+  double shift_ = 0;  ///< pixels that the slide is away from its place
+  double glide_from_ = 0;
+  double glide_goal_ = 0;
+  gint64 glide_start_ = 0;
+  pb::SourceId glide_;
+};
+
+}  // namespace gallery

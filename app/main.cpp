@@ -1,0 +1,58 @@
+#include <glib-unix.h>
+#include <gtk/gtk.h>
+#include <pb-util-resource.h>
+#include <phone-threads.h>
+
+#include <clocale>
+#include <csignal>
+
+#include "log-writer.hpp"
+#include "options.hpp"
+#include "session.hpp"
+#include "text.hpp"
+
+namespace {
+
+gboolean quit(gpointer /*data*/) {
+  gtk_main_quit();
+  return G_SOURCE_CONTINUE;
+}
+
+int browse(gallery::Options options) {
+  g_unix_signal_add(SIGINT, quit, nullptr);
+  g_unix_signal_add(SIGTERM, quit, nullptr);
+  gdk_threads_enter();
+  {
+    const gallery::Session session(std::move(options));
+    gtk_main();
+  }
+  gdk_threads_leave();
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  gallery::install_log_writer();
+  setlocale(LC_ALL, "");
+  g_set_prgname("photobrowser");
+  pb_res_open();
+  if (!gallery::load_texts()) {
+    g_printerr("photobrowser: its resource files are missing, so it cannot start.\n");
+    return gallery::kExitBroken;
+  }
+  gallery::Start start = gallery::read_arguments(argc, argv);
+  if (start.exit_code) return *start.exit_code;
+  for (const std::string &problem : start.options.problems) {
+    g_printerr("photobrowser: %s\n", problem.c_str());
+  }
+
+  phone_threads_init();
+  if (!gtk_init_check(nullptr, nullptr)) {
+    g_printerr("photobrowser: There is no display here, so the gallery cannot show its window.\n");
+    return gallery::kExitNoDisplay;
+  }
+  const int code = browse(std::move(start.options));
+  pb_res_close();
+  return code;
+}

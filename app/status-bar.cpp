@@ -1,0 +1,66 @@
+#include "status-bar.hpp"
+
+#include "text.hpp"
+#include "widgets.hpp"
+
+namespace gallery {
+namespace {
+
+constexpr int kPadding = 8;
+
+/// 12,345 as the user's language writes it.
+std::string grouped(guint64 number) {
+  const pb::StringPtr text(g_strdup_printf("%'" G_GUINT64_FORMAT, number));
+  return text.get();
+}
+
+}  // namespace
+
+StatusBar::StatusBar()
+    : sentence_(pb::Ref<GtkWidget>::sink(gtk_label_new(nullptr))),
+      dismiss_(pb::Ref<GtkWidget>::sink(gtk_button_new())) {
+  gtk_label_set_ellipsize(GTK_LABEL(sentence_.get()), PANGO_ELLIPSIZE_END);
+  gtk_misc_set_alignment(GTK_MISC(sentence_.get()), 0, 0.5);
+  gtk_widget_set_name(sentence_.get(), "status-bar-sentence");
+  gtk_button_set_label(GTK_BUTTON(dismiss_.get()), "\xc3\x97");
+  gtk_button_set_relief(GTK_BUTTON(dismiss_.get()), GTK_RELIEF_NONE);
+  name_widget(dismiss_.get(), "status-bar-dismiss", text(Text::kDismiss));
+  g_signal_connect(dismiss_.get(), "clicked", G_CALLBACK(on_dismissed), this);
+
+  GtkWidget *row = gtk_hbox_new(FALSE, kPadding);
+  gtk_box_pack_start(GTK_BOX(row), sentence_.get(), TRUE, TRUE, kPadding);
+  gtk_box_pack_start(GTK_BOX(row), dismiss_.get(), FALSE, FALSE, 0);
+  bar_ = pb::Ref<GtkWidget>::sink(gtk_event_box_new());
+  gtk_widget_set_name(bar_.get(), "status-bar");
+  gtk_container_add(GTK_CONTAINER(bar_.get()), row);
+  set_shown(bar_.get(), false);
+}
+
+StatusBar::~StatusBar() { g_signal_handlers_disconnect_by_data(dismiss_.get(), this); }
+
+void StatusBar::update(const MediaIndexProgress &progress, const std::string &places) {
+  problem_ = one_line(progress.problem);
+  if (progress.running != FALSE) {
+    say(fill(Text::kLookingThrough, {{"folder", places}, {"count", grouped(progress.media_files)}}),
+        false);
+  } else if (progress.problems > 0 && problem_ != dismissed_) {
+    say(problem_, true);
+  } else {
+    set_shown(bar_.get(), false);
+  }
+}
+
+void StatusBar::say(const std::string &sentence, bool can_dismiss) {
+  gtk_label_set_text(GTK_LABEL(sentence_.get()), sentence.c_str());
+  gtk_widget_set_tooltip_text(sentence_.get(), can_dismiss ? sentence.c_str() : nullptr);
+  if (!gtk_widget_get_visible(bar_.get())) set_shown(bar_.get(), true);
+  gtk_widget_set_visible(dismiss_.get(), can_dismiss);
+}
+
+void StatusBar::on_dismissed(GtkButton * /*button*/, gpointer self) {
+  auto *bar = static_cast<StatusBar *>(self);
+  bar->dismissed_ = bar->problem_;
+  set_shown(bar->bar_.get(), false);
+}
+
+}  // namespace gallery

@@ -1,0 +1,262 @@
+#include "viewer.hpp"
+
+#include <gdk/gdkkeysyms.h>
+#include <main-window.h>
+#include <pb-app-common.h>
+#include <pb-view-manager.h>
+
+#include <utility>
+#include <vector>
+
+#include "rows.hpp"
+#include "text.hpp"
+#include "video-player.hpp"
+#include "widgets.hpp"
+
+namespace gallery {
+namespace {
+
+constexpr gint kVideo = 2;  // media type
+constexpr int kBarPadding = 8;
+
+int current_row() { return pb_app_common_get_instance()->item_index; }
+
+std::string path_of(const PbItem *item) {
+  return item != nullptr && item->filename != nullptr ? item->filename : "";
+}
+
+}  // namespace
+
+Viewer::Viewer(Navigator &navigator)
+    : navigator_(navigator),
+      supply_([this](const std::string &path) { picture_arrived(path); }),
+      canvas_({[this](int by) { step(by); }, [this] { tapped(); },
+               [this](int width, int height) { supply_.set_box(width, height); }}),
+      form_(pb::Ref<GtkWidget>::sink(gtk_form_new())) {
+  gtk_widget_set_name(form_.get(), "viewer-form");
+  GtkWidget *column = gtk_vbox_new(FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(column), canvas_.widget(), TRUE, TRUE, 0);
+  gtk_box_pack_start(GTK_BOX(column), make_bar(), FALSE, FALSE, 0);
+  gtk_container_add(GTK_CONTAINER(form_.get()), column);
+  const PbItem *item = item_at(pb_app_common_get_item_list(), current_row());
+  name_ = display_name(path_of(item));
+}
+
+Viewer::~Viewer() {
+  *alive_ = false;
+  g_signal_handlers_disconnect_by_data(previous_, this);
+  g_signal_handlers_disconnect_by_data(next_, this);
+  gtk_widget_destroy(form_.get());
+}
+
+GtkWidget *Viewer::make_bar() {
+  bar_ = gtk_hbox_new(FALSE, kBarPadding);
+  gtk_widget_set_name(bar_, "viewer-bar");
+  previous_ = add_button(bar_, "\xe2\x80\xb9", "viewer-previous", text(Text::kPreviousPicture),
+                         G_CALLBACK(on_previous));
+  position_ = gtk_label_new(nullptr);
+  gtk_widget_set_name(position_, "viewer-position");
+  gtk_box_pack_start(GTK_BOX(bar_), position_, TRUE, TRUE, 0);
+  next_ = add_button(bar_, "\xe2\x80\xba", "viewer-next", text(Text::kNextPicture),
+                     G_CALLBACK(on_next));
+  return bar_;
+}
+
+GtkWidget *Viewer::add_button(GtkWidget *row, const char *label, const char *name,
+                              const std::string &spoken, GCallback clicked) {
+  GtkWidget *button = gtk_button_new_with_label(label);
+  gtk_button_set_relief(GTK_BUTTON(button), GTK_RELIEF_NONE);
+  gtk_widget_set_size_request(button, 88, -1);
+  name_widget(button, name, spoken);
+  gtk_widget_set_tooltip_text(button, spoken.c_str());
+  g_signal_connect(button, "clicked", clicked, this);
+  gtk_box_pack_start(GTK_BOX(row), button, FALSE, FALSE, 0);
+  return button;
+}
+
+void Viewer::on_previous(GtkButton * /*button*/, gpointer self) {
+  static_cast<Viewer *>(self)->step(-1);
+}
+
+void Viewer::on_next(GtkButton * /*button*/, gpointer self) {
+  static_cast<Viewer *>(self)->step(1);
+}
+
+void Viewer::update() {
+  PbItem *item = pb_app_common_get_nth_item_from_current(0);
+  const bool video = item != nullptr && item->media_type == kVideo;
+  const Shown before =
+      std::exchange(shown_, Shown{item != nullptr ? id_of(item) : 0, path_of(item), video});
+  gone_ = false;
+  if (shown_ != before) no_player_ = false;
+
+  name_ = display_name(shown_.path);
+  pb_view_manager_set_title(name_.c_str());
+  PbItemList *list = pb_app_common_get_item_list();
+  update_neighbours(list, current_row());
+  update_position(current_row());
+  if (item != nullptr) canvas_.show(slide_of(item));
+}
+
+void Viewer::update_position(int row) {
+  const int total = pb_item_list_get_length(pb_app_common_get_item_list());
+  const std::string position = fill(
+      Text::kPosition, {{"position", std::to_string(row + 1)}, {"total", std::to_string(total)}});
+  gtk_label_set_text(GTK_LABEL(position_), position.c_str());
+  gtk_widget_set_sensitive(previous_, row > 0);
+  gtk_widget_set_sensitive(next_, row + 1 < total);
+}
+
+void Viewer::update_neighbours(PbItemList *list, int row) {
+  std::vector<std::string> neighbours;
+  for (const int by : {direction_, -direction_}) {
+    const PbItem *item = item_at(list, row + by);
+    if (item != nullptr && item->media_type != kVideo) neighbours.push_back(path_of(item));
+  }
+  // A video is never decoded here.
+  if (shown_.video) {
+    supply_.want(neighbours.empty() ? std::string() : neighbours.front(), neighbours);
+  } else {
+    supply_.want(shown_.path, neighbours);
+  }
+  canvas_.set_neighbours(neighbour_slide(list, row - 1), neighbour_slide(list, row + 1));
+}
+
+std::unique_ptr<Slide> Viewer::neighbour_slide(PbItemList *list, int row) const {
+  PbItem *item = item_at(list, row);
+  return item != nullptr ? std::make_unique<Slide>(slide_of(item)) : nullptr;
+}
+
+Slide Viewer::slide_of(PbItem *item) const {
+  Slide slide;
+  const std::string path = path_of(item);
+  const PictureSupply::Picture *picture = supply_.find(path);
+  if (picture != nullptr && picture->pixbuf) {
+    slide.picture = picture->pixbuf;
+    return slide;
+  }
+  if (picture != nullptr && !picture->problem.empty()) {
+    slide.sentence = picture->problem;
+    return slide;
+  }
+  slide.picture = pb::Ref<GdkPixbuf>::adopt(pb_item_get_thumbnail_pixbuf(item));
+  slide.is_preview = true;
+  if (item->media_type == kVideo) {
+    const bool shown = path == shown_.path;
+    slide.has_play_mark = bool(slide.picture);
+    slide.sentence = text(shown && no_player_ ? Text::kNoPlayer : Text::kPlayHint);
+  }
+  return slide;
+}
+
+void Viewer::step(int by) {
+  direction_ = by;
+  // The row of what has gone holds what came after it.
+  const bool there_already = gone_ && by > 0;
+  const bool moved = there_already || (by > 0 ? pb_app_common_navigate_item_forward()
+                                              : pb_app_common_navigate_item_backward()) != FALSE;
+  if (moved) update();
+}
+
+void Viewer::go_to(int row) {
+  if (row != current_row() && pb_app_common_navigate_item_by_index(row)) update();
+}
+
+void Viewer::tapped() {
+  if (shown_.video) {
+    play();
+  } else {
+    navigator_.set_full_screen(!navigator_.is_full_screen());
+  }
+}
+
+void Viewer::play() {
+  const std::shared_ptr<bool> alive = alive_;
+  play_video(shown_.path, [this, alive, path = shown_.path] {
+    if (!*alive || path != shown_.path) return;
+    no_player_ = true;
+    update();
+  });
+}
+
+void Viewer::picture_arrived(const std::string &path) {
+  if (gone_) return;
+  PbItemList *list = pb_app_common_get_item_list();
+  PbItem *item = item_at(list, current_row());
+  if (item != nullptr && path == shown_.path && path == path_of(item)) {
+    canvas_.show(slide_of(item));
+  } else {
+    canvas_.set_neighbours(neighbour_slide(list, current_row() - 1),
+                           neighbour_slide(list, current_row() + 1));
+  }
+}
+
+void Viewer::thumbnails_arrived() {
+  const PictureSupply::Picture *picture = supply_.find(shown_.path);
+  const bool waiting =
+      !gone_ && (picture == nullptr || (!picture->pixbuf && picture->problem.empty()));
+  PbItem *item = item_at(pb_app_common_get_item_list(), current_row());
+  if (waiting && item != nullptr && path_of(item) == shown_.path) canvas_.show(slide_of(item));
+}
+
+void Viewer::rows_changed() {
+  PbItemList *list = pb_app_common_get_item_list();
+  const int length = pb_item_list_get_length(list);
+  if (current_row() >= length && length > 0) pb_app_common_navigate_item_by_index(length - 1);
+  const PbItem *item = item_at(list, current_row());
+  if (item != nullptr && id_of(item) == shown_.id) {
+    update();
+  } else {
+    show_gone();
+  }
+}
+
+void Viewer::show_gone() {
+  gone_ = true;
+  Slide slide;
+  slide.sentence = fill(Text::kGone, {{"name", name_}});
+  canvas_.show(std::move(slide));
+  PbItemList *list = pb_app_common_get_item_list();
+  canvas_.set_neighbours(neighbour_slide(list, current_row() - 1),
+                         neighbour_slide(list, current_row()));
+}
+
+bool Viewer::key(const GdkEventKey &event) {
+  switch (event.keyval) {
+    case GDK_KEY_Left:
+    case GDK_KEY_KP_Left:
+    case GDK_KEY_Page_Up:
+      step(-1);
+      return true;
+    case GDK_KEY_Right:
+    case GDK_KEY_KP_Right:
+    case GDK_KEY_Page_Down:
+      step(1);
+      return true;
+    case GDK_KEY_Home:
+      go_to(0);
+      return true;
+    case GDK_KEY_End:
+      go_to(pb_item_list_get_length(pb_app_common_get_item_list()) - 1);
+      return true;
+    case GDK_KEY_Return:
+    case GDK_KEY_KP_Enter:
+      if (!shown_.video || !gtk_widget_has_focus(canvas_.widget())) return false;
+      play();
+      return true;
+    case GDK_KEY_F11:
+    case GDK_KEY_f:
+      navigator_.set_full_screen(!navigator_.is_full_screen());
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool Viewer::back() {
+  if (!navigator_.is_full_screen()) return false;
+  navigator_.set_full_screen(false);
+  return true;
+}
+
+}  // namespace gallery
