@@ -14,7 +14,16 @@ double largest_offset(PhoneIconView *view) {
   return static_cast<double>(std::max<std::int64_t>(grid.total_height() - grid.height, 0));
 }
 
-void on_scrolled(GtkAdjustment *, gpointer data) { gtk_widget_queue_draw(GTK_WIDGET(data)); }
+void on_scrolled(GtkAdjustment *adjustment, gpointer data) {
+  auto *view = PHONE_ICON_VIEW(data);
+  // An adjustment lets the last line be scrolled out of sight; the list ends at the lower edge.
+  const double offset = gtk_adjustment_get_value(adjustment);
+  if (!private_of(view).layout.pending() && offset > largest_offset(view)) {
+    scroll_to(view, offset);
+    return;
+  }
+  gtk_widget_queue_draw(GTK_WIDGET(view));
+}
 
 void configure_adjustments(PhoneIconView *view, double offset) {
   auto &priv = private_of(view);
