@@ -1,16 +1,14 @@
-#include <dirent.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <thread>
 
 #include "decoded.hpp"
 #include "file-bytes.hpp"
-#include "pictures/failures.hpp"
+#include "processes.hpp"
 #include "support/glib-test.hpp"
 #include "support/temp-dir.hpp"
 
@@ -18,41 +16,11 @@ namespace phone::pictures {
 namespace {
 
 using test::Bytes;
+using test::children;
 using test::decode_file;
+using test::open_descriptors;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-std::vector<pid_t> children() {
-  std::vector<pid_t> found;
-  const std::string self = std::to_string(getpid());
-  DIR *processes = opendir("/proc");
-  while (const dirent *entry = readdir(processes)) {
-    const std::string status = std::string("/proc/") + entry->d_name + "/stat";
-    gchar *text = nullptr;
-    if (!g_ascii_isdigit(entry->d_name[0]) ||
-        !g_file_get_contents(status.c_str(), &text, nullptr, nullptr)) {
-      continue;
-    }
-    const pb::StringPtr owner(text);
-    const char *after_name = std::strrchr(text, ')');
-    char state = 0;
-    int parent = 0;
-    if (after_name != nullptr && std::sscanf(after_name, ") %c %d", &state, &parent) == 2 &&
-        parent == getpid() && state != 'Z') {
-      found.push_back(std::atoi(entry->d_name));
-    }
-  }
-  closedir(processes);
-  return found;
-}
-
-int open_descriptors() {
-  int count = 0;
-  DIR *folder = opendir("/proc/self/fd");
-  while (readdir(folder) != nullptr) ++count;
-  closedir(folder);
-  return count;
-}
 
 class DecodeFaults : public support::GlibTest {
  protected:
