@@ -1,7 +1,5 @@
 #include "log-writer.hpp"
 
-#include <glib.h>
-
 #include <atomic>
 #include <string_view>
 
@@ -12,7 +10,11 @@ constexpr std::string_view kNoThumbnail =
     "pb_item_cache_get_thumbnail: assertion 'GDK_IS_PIXBUF(pixbuf)' failed";
 
 std::atomic<unsigned> g_hidden = 0;
-bool g_everything = false;  // set before there is a second thread
+
+bool everything_wanted() {
+  static const bool wanted = g_strcmp0(g_getenv("PHOTOBROWSER_DEBUG"), "1") == 0;
+  return wanted;
+}
 
 std::string_view message_of(const GLogField *fields, gsize n) {
   for (gsize i = 0; i < n; ++i) {
@@ -25,20 +27,15 @@ std::string_view message_of(const GLogField *fields, gsize n) {
   return {};
 }
 
-GLogWriterOutput write(GLogLevelFlags level, const GLogField *fields, gsize n, gpointer data) {
-  if (!g_everything && (level & G_LOG_LEVEL_CRITICAL) != 0 &&
-      message_of(fields, n) == kNoThumbnail) {
-    ++g_hidden;
-    return G_LOG_WRITER_HANDLED;
-  }
-  return g_log_writer_default(level, fields, n, data);
-}
-
 }  // namespace
 
-void install_log_writer() {
-  g_everything = g_strcmp0(g_getenv("PHOTOBROWSER_DEBUG"), "1") == 0;
-  g_log_set_writer_func(write, nullptr, nullptr);
+GLogWriterOutput write_log_line(GLogLevelFlags level, const GLogField *fields, gsize n_fields,
+                                gpointer data) {
+  const bool expected =
+      (level & G_LOG_LEVEL_CRITICAL) != 0 && message_of(fields, n_fields) == kNoThumbnail;
+  if (!expected || everything_wanted()) return g_log_writer_default(level, fields, n_fields, data);
+  ++g_hidden;
+  return G_LOG_WRITER_HANDLED;
 }
 
 unsigned hidden_warnings() { return g_hidden; }

@@ -33,7 +33,7 @@ int browse(gallery::Options options) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  gallery::install_log_writer();
+  g_log_set_writer_func(gallery::write_log_line, nullptr, nullptr);
   setlocale(LC_ALL, "");
   g_set_prgname("photobrowser");
   pb_res_open();
