@@ -1,0 +1,15 @@
+/// Thumbnails of files as covers. What is handed out lies in our cache and never is an original.
+#pragma once
+
+#include <string>
+
+#include "media-browser/file-state.hpp"
+
+namespace phone::media {
+
+/// Path of a file's cached thumbnail; empty when there is none.
+std::string cached_thumbnail(guint64 device, const FileState &state);
+/// Has a thumbnail made for later.
+void request_thumbnail(const std::string &path);
+
+}  // namespace phone::media

@@ -1,0 +1,28 @@
+/// The questions that the service's readers ask.
+#pragma once
+
+#include "media-browser/reader.hpp"
+
+namespace phone::media {
+
+struct Reader::Statements {
+  explicit Statements(const Database &database);
+
+  Statement counts;
+  Statement file;
+  Statement place;
+  Statement album_of_path;
+  Statement file_of_name;
+
+  // The first rows of an order, without the order.
+  Statement newest, oldest, largest, smallest;
+  Statement first_names, last_names, first_added, last_added;
+
+  Statement albums;
+  Statement album;
+  Statement album_dates;
+  Statement album_sizes;
+  Statement album_names;
+};
+
+}  // namespace phone::media

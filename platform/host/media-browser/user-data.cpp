@@ -1,0 +1,103 @@
+#include "media-browser/user-data.hpp"
+
+#include "media-browser/storage.hpp"
+
+namespace phone::media {
+
+namespace {
+
+constexpr const char *kCountUp = "UPDATE meta SET value = value + 1 WHERE key = 'generation'";
+
+UserData::File file_of(const Cursor &row) { return {row.number(0), row.integer(1)}; }
+
+}  // namespace
+
+UserData::UserData(std::string &problem) {
+  if (!open_user_data(database_, problem)) return;
+  by_path_ = database_.prepare("SELECT flags, nfid FROM files WHERE path = ? AND gone = 0");
+  by_identity_ =
+      database_.prepare("SELECT flags, nfid FROM files WHERE inode = ? AND size = ? AND mtime = ?");
+  empty_ = database_.ask("SELECT count(*) FROM (SELECT 1 FROM files LIMIT 1)", 0) == 0;
+}
+
+UserData::File UserData::find(std::string_view path, const FileState &state) const {
+  const std::scoped_lock lock(mutex_);
+  if (Cursor row(by_identity_, state.inode, state.size, state.mtime); row.next()) {
+    return file_of(row);
+  }
+  if (Cursor row(by_path_, path); row.next()) return file_of(row);
+  return {};
+}
+
+bool UserData::empty() const {
+  const std::scoped_lock lock(mutex_);
+  return empty_;
+}
+
+bool UserData::change_locked(const std::function<bool(const Database &)> &function) const {
+  if (database_.run("BEGIN IMMEDIATE") != SQLITE_OK) return false;
+  if (function(database_) && database_.run("COMMIT") == SQLITE_OK) return true;
+  database_.run("ROLLBACK");
+  return false;
+}
+
+bool UserData::change(const std::function<bool(const Database &)> &function) const {
+  const std::scoped_lock lock(mutex_);
+  return change_locked(function);
+}
+
+bool UserData::set(std::string_view path, const FileState &state, const File &file) {
+  const std::scoped_lock lock(mutex_);
+  const bool kept = change_locked([&](const Database &database) {
+    const Statement statement = database.prepare(
+        "INSERT OR REPLACE INTO files(path, inode, size, mtime, flags, nfid) "
+        "VALUES(?, ?, ?, ?, ?, ?)");
+    Cursor row(statement, path, state.inode, state.size, state.mtime, file.flags, file.nfid);
+    return row.run() && database.run(kCountUp) == SQLITE_OK;
+  });
+  if (kept) empty_ = false;
+  return kept;
+}
+
+bool UserData::follow(const std::vector<Change> &changes, const std::vector<std::string> &gone) {
+  const std::scoped_lock lock(mutex_);
+  return change_locked([&](const Database &database) {
+    // Two files may swap their names, so every row leaves its path before any takes its new one.
+    const Statement leave = database.prepare(
+        "UPDATE OR REPLACE files SET path = ':' || ?1 || path "
+        "WHERE path = ?2 AND inode = ?3");
+    const Statement arrive = database.prepare(
+        "UPDATE OR REPLACE files SET path = ?3, inode = ?4, size = ?5, mtime = ?6, gone = 0 "
+        "WHERE path = ':' || ?1 || ?2");
+    const Statement go = database.prepare("UPDATE files SET gone = 1 WHERE path = ?");
+    bool good = true;
+    for (const std::string &path : gone) good = good && Cursor(go, path).run();
+    int number = 0;
+    for (const Change &change : changes) {
+      good = good &&
+             Cursor(leave, ++number, std::string_view(change.old_path), change.old_inode).run();
+    }
+    number = 0;
+    for (const Change &change : changes) {
+      good = good && Cursor(arrive, ++number, std::string_view(change.old_path),
+                            std::string_view(change.new_path), change.new_state.inode,
+                            change.new_state.size, change.new_state.mtime)
+                         .run();
+    }
+    return good && database.run(kCountUp) == SQLITE_OK;
+  });
+}
+
+void UserData::each(
+    const std::function<void(std::string_view path, const File &file)> &visit) const {
+  const std::scoped_lock lock(mutex_);
+  const Statement all = database_.prepare("SELECT flags, nfid, path FROM files WHERE gone = 0");
+  for (Cursor row(all); row.next();) visit(row.text(2), file_of(row));
+}
+
+gint64 UserData::generation() const {
+  const std::scoped_lock lock(mutex_);
+  return database_.ask("SELECT value FROM meta WHERE key = 'generation'", -1);
+}
+
+}  // namespace phone::media

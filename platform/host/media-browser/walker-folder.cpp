@@ -1,0 +1,225 @@
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "media-browser/display.hpp"
+#include "media-browser/media-names.hpp"
+#include "media-browser/records.hpp"
+#include "media-browser/walker.hpp"
+
+namespace phone::media {
+
+namespace {
+
+/// Names that are read before their files are looked at: in order, so that neighbours on the disk
+/// and in time come together, but never a whole huge folder.
+constexpr std::size_t kNamesAtOnce = 4096;
+/// Files of a piece of work for the header readers. The very first piece is small.
+constexpr std::size_t kFilesAtOnce = 128;
+constexpr std::size_t kFirstFiles = 32;
+
+}  // namespace
+
+void Walker::visit(Fd descriptor, const std::string &path, Pass &pass) {
+  Visit here;
+  here.descriptor = std::make_shared<const Fd>(std::move(descriptor));
+  if (!enter(here, path, pass)) return;
+  here.broken = !known_->load(here.album);
+  if (!here.broken) read_entries(here);
+  submit(here);
+  if (here.broken) {
+    pass.unread.push_back(path);
+  } else if (!shared_.stopping) {
+    report_lost(here);
+  }
+  descend(here, pass);
+}
+
+bool Walker::enter(Visit &visit, const std::string &path, Pass &pass) {
+  struct stat info;
+  if (fstat(visit.descriptor->get(), &info) != 0) {
+    report(path, errno, &pass);
+    return false;
+  }
+  // A folder that is mounted inside itself would never end.
+  if (!pass.folders.emplace(info.st_dev, info.st_ino).second) return false;
+  const auto entry = look_at(visit.descriptor->get(), ".");
+  watches_.add(path, entry ? entry->state.mtime : 0);
+  if (faccessat(visit.descriptor->get(), kNoMedia, F_OK, AT_SYMLINK_NOFOLLOW) == 0) return false;
+  pass.paths.insert(path);
+  auto folder = std::make_shared<Folder>();
+  folder->path = path;
+  folder->device = info.st_dev;
+  folder->inode = info.st_ino;
+  folder->camera = is_camera_folder(path);
+  visit.folder = std::move(folder);
+  visit.album = find_album(*visit.folder);
+  return true;
+}
+
+void Walker::read_entries(Visit &visit) {
+  const DirPtr dir = entries_of(visit.descriptor->get());
+  if (dir == nullptr) {
+    report(visit.folder->path, errno, nullptr);
+    visit.broken = true;
+    return;
+  }
+  std::vector<std::string> names;
+  while (!shared_.stopping) {
+    errno = 0;
+    const dirent *entry = readdir(dir.get());
+    if (entry == nullptr) break;
+    const std::string_view name(entry->d_name);
+    if (is_hidden(name)) continue;
+    const bool unknown = entry->d_type == DT_UNKNOWN;
+    if (entry->d_type == DT_DIR) {
+      visit.subfolders.emplace_back(name);
+    } else if ((entry->d_type == DT_REG && kind_by_name(name) != 0) || unknown) {
+      names.emplace_back(name);
+    } else {
+      shared_.progress.saw(1);
+    }
+    if (names.size() >= kNamesAtOnce) look_through(visit, names);
+  }
+  if (errno != 0) {
+    report(visit.folder->path, errno, nullptr);
+    visit.broken = true;
+  }
+  look_through(visit, names);
+}
+
+void Walker::look_through(Visit &visit, std::vector<std::string> &names) {
+  std::sort(names.begin(), names.end());
+  for (const std::string &name : names) {
+    if (shared_.stopping || visit.broken) break;
+    look_at_file(visit, name);
+  }
+  shared_.progress.saw(names.size());
+  names.clear();
+}
+
+void Walker::look_at_file(Visit &visit, const std::string &name) {
+  const auto entry = look_at(visit.descriptor->get(), name.c_str());
+  if (!entry) {
+    if (errno == ENOENT) return;
+    if (errno == EACCES) {
+      // The folder may be listed but not entered: this is so for each of its files.
+      report(visit.folder->path, errno, nullptr);
+      visit.broken = true;
+      return;
+    }
+    known_->keep(name);
+    shared_.progress.problem("The file " + display_name(join(visit.folder->path, name)) +
+                             " cannot be read: " + g_strerror(errno) + ".");
+    return;
+  }
+  if (entry->folder) visit.subfolders.push_back(name);
+  if (!entry->regular || kind_by_name(name) == 0) return;
+  if (known_->see(name, entry->state) != KnownFiles::Answer::kUnchanged) take(visit, name, *entry);
+}
+
+void Walker::take(Visit &visit, const std::string &name, const Entry &entry) {
+  if (!fits_records(visit.folder->path, name)) {
+    shared_.progress.problem("The path " + display_name(join(visit.folder->path, name)) +
+                             " is too long for the list of pictures.");
+    return;
+  }
+  visit.candidates.push_back({name, entry.state, kind_by_name(name)});
+  const std::size_t most = shared_.ready ? kFilesAtOnce : kFirstFiles;
+  if (visit.candidates.size() >= most) submit(visit);
+}
+
+void Walker::submit(Visit &visit) {
+  if (visit.candidates.empty()) return;
+  pool_.submit({visit.folder, visit.descriptor, std::move(visit.candidates)});
+  visit.candidates.clear();
+}
+
+void Walker::report_lost(const Visit &visit) {
+  std::vector<Lost> lost = known_->unseen();
+  // A file may have come back since its folder was read.
+  std::erase_if(lost, [&](const Lost &file) {
+    const auto entry = look_at(visit.descriptor->get(), file.name.c_str());
+    return entry ? entry->regular : errno != ENOENT;
+  });
+  if (lost.empty()) return;
+  writer_.post_when_due([lost](Writer &writer) { writer.lose(lost); });
+}
+
+void Walker::descend(const Visit &visit, Pass &pass) {
+  for (const std::string &name : visit.subfolders) {
+    if (shared_.stopping) return;
+    if (is_hidden(name)) continue;
+    const std::string path = join(visit.folder->path, name);
+    if (!pass.deep && watches_.knows(path)) {
+      pass.paths.insert(path);
+      continue;
+    }
+    if (!folder_fits_records(path)) {
+      shared_.progress.problem("The path " + display_name(path) +
+                               " is too long for the list of pictures.");
+      continue;
+    }
+    Fd descriptor = open_folder_in(visit.descriptor->get(), name.c_str());
+    if (descriptor) {
+      this->visit(std::move(descriptor), path, pass);
+    } else if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) {
+      report(path, errno, &pass);
+    }
+  }
+}
+
+gint32 Walker::find_album(const Folder &folder) {
+  gint32 known = 0;
+  {
+    Cursor row(album_by_path_, std::string_view(folder.path));
+    if (row.next()) {
+      known = row.number(0);
+      const bool same = static_cast<guint64>(row.integer(1)) == folder.device &&
+                        static_cast<guint64>(row.integer(2)) == folder.inode;
+      if (same) return known;
+    }
+  }
+  const auto renamed = renamed_album(folder);
+  if (!renamed) return known;
+  const gint32 album = *renamed;
+  writer_.post([album, folder](Writer &writer) { writer.move_folder(album, folder); });
+  settle();
+  return album;
+}
+
+std::optional<gint32> Walker::renamed_album(const Folder &folder) {
+  Cursor row(album_by_identity_, folder.inode, folder.device, std::string_view(folder.path));
+  while (row.next()) {
+    const std::string old_path(row.text(1));
+    struct stat info;
+    const bool still_there = !old_path.empty() && lstat(old_path.c_str(), &info) == 0 &&
+                             info.st_ino == folder.inode && info.st_dev == folder.device;
+    if (!still_there) return row.number(0);
+  }
+  return std::nullopt;
+}
+
+void Walker::scan_names(const std::string &path, const std::set<std::string> &names) {
+  Visit here;
+  here.descriptor = std::make_shared<const Fd>(open_shown(path));
+  Pass pass;
+  if (!*here.descriptor || !enter(here, path, pass)) return;
+  std::vector<Lost> lost;
+  for (const std::string &name : names) {
+    const auto entry = look_at(here.descriptor->get(), name.c_str());
+    if (!entry && errno != ENOENT) continue;
+    const KnownFiles::Single known = known_->find(here.album, name);
+    if (entry && entry->regular) {
+      if (known.id == 0 || known.state != entry->state) take(here, name, *entry);
+    } else if (known.id != 0) {
+      lost.push_back({known.id, here.album, name});
+    }
+  }
+  submit(here);
+  if (!lost.empty()) writer_.post([lost](Writer &writer) { writer.lose(lost); });
+}
+
+}  // namespace phone::media

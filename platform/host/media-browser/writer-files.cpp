@@ -1,0 +1,136 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "media-browser/query.hpp"
+#include "media-browser/writer.hpp"
+
+namespace phone::media {
+
+namespace {
+
+/// Whether a path still names the file of an identity.
+bool is_still_at(const std::string &path, guint64 inode) {
+  struct stat info;
+  return lstat(path.c_str(), &info) == 0 && info.st_ino == inode;
+}
+
+}  // namespace
+
+std::string Writer::path_of(const FileRow &file) const {
+  const auto album = albums_.find(file.album);
+  if (album == albums_.end() || album->second.path.empty()) return {};
+  return join(album->second.path, file.name);
+}
+
+void Writer::store(const std::vector<Found> &files) {
+  for (const Found &found : files) {
+    if (refusal_ != 0) return;
+    begin();
+    store_one(found);
+    ++changes_;
+  }
+}
+
+void Writer::store_one(const Found &found) {
+  AlbumRow &album = album_of(*found.folder);
+  const std::optional<FileRow> present = tables_->by_name(album.id, found.name);
+  if (present && present->state.inode == found.state.inode) {
+    replace(*present, album, found);
+    return;
+  }
+  const std::optional<FileRow> moved = moved_from(found);
+  if (!moved) {
+    // A program that saves a file writes another one and gives it the name: it is the same
+    // picture to people.
+    if (present) {
+      replace(*present, album, found);
+    } else {
+      add(album, found);
+    }
+    return;
+  }
+  if (present) bury(*present);
+  replace(*moved, album, found);
+}
+
+std::optional<FileRow> Writer::moved_from(const Found &found) const {
+  for (const FileRow &candidate : tables_->by_identity(found.state)) {
+    if (candidate.file_class == 0) return candidate;
+    const std::string path = path_of(candidate);
+    // A second name of a file that is still there is another picture.
+    if (path.empty() || !is_still_at(path, found.state.inode)) return candidate;
+  }
+  return std::nullopt;
+}
+
+void Writer::add(AlbumRow &album, const Found &found) {
+  UserData::File known;
+  if (!user_data_.empty()) known = user_data_.find(join(album.path, found.name), found.state);
+  const gint32 id = last_id_ + 1;
+  const int file_class = class_in(album, found.kind);
+  tables_->add_file(id, album.id, file_class, found, known.flags, known.nfid);
+  last_id_ = id;
+  ++counts_[file_class];
+  count_in(album, found.kind, found.date, id);
+  touched_.push_back(id);
+}
+
+void Writer::replace(const FileRow &row, AlbumRow &album, const Found &found) {
+  const int file_class = class_in(album, found.kind);
+  if (row.has_user_data()) {
+    std::string old_path = path_of(row);
+    std::string new_path = join(album.path, found.name);
+    if (old_path.empty()) old_path = new_path;
+    user_changes_.push_back(
+        {std::move(old_path), row.state.inode, std::move(new_path), found.state});
+  }
+  tables_->store_file(row.id, album.id, file_class, found);
+  if (row.file_class != 0) {
+    --counts_[row.file_class];
+    count_out(albums_.at(row.album), row);
+  }
+  ++counts_[file_class];
+  count_in(album, found.kind, found.date, row.id);
+  touched_.push_back(row.id);
+}
+
+void Writer::bury(const FileRow &row) {
+  if (row.has_user_data()) user_losses_.push_back(path_of(row));
+  tables_->set_class(row.id, 0, g_get_real_time() / G_USEC_PER_SEC);
+  --counts_[row.file_class];
+  count_out(albums_.at(row.album), row);
+  touched_.push_back(row.id);
+  ++changes_;
+}
+
+void Writer::lose(const std::vector<Lost> &files) {
+  for (const Lost &lost : files) {
+    const std::optional<FileRow> row = tables_->by_id(lost.id);
+    // It may have been found under another name since it was missed here.
+    if (!row || row->file_class == 0 || row->album != lost.album || row->name != lost.name)
+      continue;
+    begin();
+    bury(*row);
+  }
+}
+
+void Writer::lose_path(const std::string &path, gint32 id) {
+  buried_for_readers_.push_back(id);
+  touched_.push_back(id);
+  const std::optional<FileRow> row = tables_->by_id(id);
+  if (!row || row->file_class == 0 || path_of(*row) != path) return;
+  begin();
+  bury(*row);
+}
+
+void Writer::set_user_data(gint32 id, int flags, gint64 nfid, guint64 ticket) {
+  begin();
+  tables_->set_user_data(id, flags, nfid);
+  tables_->set_meta("user_generation", user_data_.generation());
+  ++changes_;
+  commit();
+  shared_.views.stored_marks(id, ticket);
+  Announcer::instance().announce(MEDIA_INDEX_ROWS_CHANGED);
+}
+
+}  // namespace phone::media
