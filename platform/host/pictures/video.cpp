@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <string>
 
+#include "pictures/header-reader.hpp"
 #include "pictures/process.hpp"
 
 namespace phone::pictures {
@@ -40,13 +41,20 @@ Problem extract(int fd, const Descriptor &output, int size, const Wish &wish) {
   return made_to ? Problem::kTooSlow : problem_of(ending);
 }
 
+/// The longer side that the program is to deliver; it would enlarge a small video.
+int size_for(int fd, const Wish &wish) {
+  const int wanted = std::max(wish.width, wish.height);
+  const auto header = read_header_of_file(fd);
+  const int longer = header ? std::max(header->width, header->height) : 0;
+  return longer > 0 ? std::min(wanted, longer) : wanted;
+}
+
 }  // namespace
 
 Result decode_video(int fd, const Wish &wish) {
   const Descriptor output(memfd_create("video-picture", MFD_CLOEXEC));
   if (!output) return {Problem::kBusy, {}};
-  const int size = std::max(wish.width, wish.height);
-  const Problem problem = extract(fd, output, size, wish);
+  const Problem problem = extract(fd, output, size_for(fd, wish), wish);
   if (problem != Problem::kNone) return {problem, {}};
   wire::Request order;
   order.flags = wish.flags;

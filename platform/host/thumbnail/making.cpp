@@ -1,8 +1,5 @@
 #include "thumbnail/making.hpp"
 
-#include <algorithm>
-#include <cerrno>
-
 #include "pictures/picture-file.hpp"
 #include "thumbnail/disk.hpp"
 #include "thumbnail/listeners.hpp"
@@ -85,11 +82,7 @@ Making &Making::shared() {
 void Making::add_for_screen(const std::string &path) {
   {
     const std::scoped_lock lock(mutex_);
-    if (under_way_.contains(path)) return;
-    const auto earlier = std::find(for_screen_.begin(), for_screen_.end(), path);
-    if (earlier != for_screen_.end()) for_screen_.erase(earlier);
-    for_screen_.push_back(path);
-    if (for_screen_.size() > kMostForScreen) for_screen_.pop_front();
+    wishes_.add_for_screen(path);
     start_threads();
   }
   work_.notify_one();
@@ -98,11 +91,7 @@ void Making::add_for_screen(const std::string &path) {
 void Making::add_for_later(const std::string &path) {
   {
     const std::scoped_lock lock(mutex_);
-    if (under_way_.contains(path) || for_later_.size() >= kMostForLater ||
-        !wanted_for_later_.insert(path).second) {
-      return;
-    }
-    for_later_.push_back(path);
+    wishes_.add_for_later(path);
     start_threads();
   }
   work_.notify_one();
@@ -118,27 +107,20 @@ void Making::start_threads() {
   }
 }
 
-bool Making::next(std::string &path) {
+std::optional<std::string> Making::next() {
   std::unique_lock lock(mutex_);
-  under_way_.erase(path);
-  work_.wait(lock, [this] { return stopping_ || !for_screen_.empty() || !for_later_.empty(); });
-  if (stopping_) return false;
-  if (!for_screen_.empty()) {
-    path = std::move(for_screen_.back());
-    for_screen_.pop_back();
-  } else {
-    path = std::move(for_later_.front());
-    for_later_.pop_front();
-    wanted_for_later_.erase(path);
-  }
-  under_way_.insert(path);
-  return true;
+  work_.wait(lock, [this] { return stopping_ || !wishes_.empty(); });
+  return stopping_ ? std::nullopt : wishes_.take();
 }
 
 void Making::run(const Cancellation *cancellation) {
-  std::string path;
-  while (next(path)) {
-    if (make_one(path, cancellation)) announce_thumbnails();
+  while (const auto path = next()) {
+    const bool made = make_one(*path, cancellation);
+    {
+      const std::scoped_lock lock(mutex_);
+      wishes_.done(*path);
+    }
+    if (made) announce_thumbnails();
   }
 }
 
@@ -146,17 +128,13 @@ void Making::stop() {
   std::vector<std::thread> threads;
   {
     const std::scoped_lock lock(mutex_);
-    for_screen_.clear();
-    for_later_.clear();
-    wanted_for_later_.clear();
+    wishes_.clear();
     stopping_ = true;
     if (cancellation_) cancellation_->cancel();
     threads.swap(threads_);
   }
   work_.notify_all();
   for (std::thread &thread : threads) thread.join();
-  const std::scoped_lock lock(mutex_);
-  under_way_.clear();
 }
 
 }  // namespace phone::thumbnail
