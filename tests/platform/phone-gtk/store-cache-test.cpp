@@ -378,6 +378,21 @@ TEST_F(StoreWindow, MovedWithinAFillTakesRowsAwayOnlyLater) {
   EXPECT_FALSE(filled(2));
 }
 
+TEST_F(StoreWindow, MovedWithinASetTakesRowsAwayOnlyLater) {
+  gtk_virtual_list_store_set_view_range(store(), 0, 3);
+  set(2, "two");
+  g_signal_connect(store(), "row-changed", G_CALLBACK(+[](GtkVirtualListStore *moved) {
+                     gtk_virtual_list_store_set_view_range(moved, 500, 503);
+                   }),
+                   nullptr);
+
+  set(1, "one");
+
+  EXPECT_TRUE(filled(2));
+  test::run_main_loop();
+  EXPECT_FALSE(filled(2));
+}
+
 TEST_F(StoreEviction, HappensNeverWithinReads) {
   for (int row = 0; row < 50; ++row) read(row);
 
