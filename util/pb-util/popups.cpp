@@ -40,10 +40,15 @@ GdkRectangle area_of(GtkWindow *window) {
   return area;
 }
 
-void colour_text(GtkStyleDialog *dialog) {
+/// Text in the theme's colour, in as many lines as it takes.
+void style_text(GtkStyleDialog *dialog) {
+  GtkWidget *label = gtk_style_dialog_get_text_label(dialog);
+  gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
+  gtk_label_set_line_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
   GdkColor color{};
-  if (!mb_util_get_themecolor_rgb_string(&color)) return;
-  gtk_widget_modify_fg(gtk_style_dialog_get_text_label(dialog), GTK_STATE_NORMAL, &color);
+  if (mb_util_get_themecolor_rgb_string(&color)) {
+    gtk_widget_modify_fg(label, GTK_STATE_NORMAL, &color);
+  }
 }
 
 /// Lets the window below keep the keyboard.
@@ -108,6 +113,7 @@ void dim(GtkWindow *window) {
   if (!picture) return;
   GtkWidget *cover = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   dialogs().dim_window.set(cover);
+  gtk_window_set_type_hint(GTK_WINDOW(cover), GDK_WINDOW_TYPE_HINT_UTILITY);
   gtk_window_set_transient_for(GTK_WINDOW(cover), window);
   gtk_window_set_destroy_with_parent(GTK_WINDOW(cover), TRUE);
   gtk_window_set_decorated(GTK_WINDOW(cover), FALSE);
@@ -129,7 +135,7 @@ GtkStyleDialog *make_waiting_message(const gchar *text, gint flags) {
   GtkStyleDialog *dialog =
       pb::util::make_indicator(pb::util::kProgressStyle, pb::util::dialog_parent(), flags, text);
   if (dialog == nullptr) return nullptr;
-  colour_text(dialog);
+  style_text(dialog);
   announce(dialog, text);
   pb::util::add_animation(dialog);
   g_signal_connect(dialog, "response", G_CALLBACK(waiting_closed), nullptr);
@@ -171,7 +177,7 @@ void mb_show_popup(GtkWidget *parent, const gchar *text) {
   }
   GtkWidget *popup = GTK_WIDGET(dialog);
   dialogs().popup.set(popup);
-  colour_text(dialog);
+  style_text(dialog);
   stay_out_of_the_way(dialog);
   announce(dialog, text);
   gtk_widget_add_events(popup, GDK_BUTTON_PRESS_MASK);
