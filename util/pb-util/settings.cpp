@@ -12,6 +12,9 @@ using pb::util::default_client;
 
 constexpr gint kUnreadable = -1;
 
+/// GConf aborts the program for some texts that are no keys.
+bool is_key(const gchar *key) { return key != nullptr && gconf_valid_key(key, nullptr); }
+
 }  // namespace
 
 namespace pb::util {
@@ -24,7 +27,7 @@ ClientRef default_client() {
 }  // namespace pb::util
 
 gchar *mb_gconf_get_string(const gchar *key) {
-  if (key == nullptr) {
+  if (!is_key(key)) {
     PB_LOG(PB_LOG_ERROR, "invalid parameter\n");
     return nullptr;
   }
@@ -43,7 +46,7 @@ gchar *mb_gconf_get_string(const gchar *key) {
 }
 
 gint mb_gconf_get_int(const gchar *key) {
-  if (key == nullptr) {
+  if (!is_key(key)) {
     PB_LOG(PB_LOG_ERROR, "invalid parameter\n");
     return kUnreadable;
   }
@@ -62,7 +65,7 @@ gint mb_gconf_get_int(const gchar *key) {
 }
 
 void mb_gconf_set_string(const gchar *key, const gchar *value) {
-  if (key == nullptr || value == nullptr) {
+  if (!is_key(key) || value == nullptr || !g_utf8_validate(value, -1, nullptr)) {
     PB_LOG(PB_LOG_ERROR, "invalid parameter\n");
     return;
   }
@@ -77,7 +80,7 @@ void mb_gconf_set_string(const gchar *key, const gchar *value) {
 }
 
 void mb_gconf_set_int(const gchar *key, gint value) {
-  if (key == nullptr) {
+  if (!is_key(key)) {
     PB_LOG(PB_LOG_ERROR, "invalid parameter\n");
     return;
   }
@@ -92,7 +95,7 @@ void mb_gconf_set_int(const gchar *key, gint value) {
 }
 
 GSList *mb_gconf_get_list(const gchar *key) {
-  if (key == nullptr) {
+  if (!is_key(key)) {
     PB_LOG(PB_LOG_ERROR, "invalid parameter\n");
     return nullptr;
   }
@@ -111,7 +114,7 @@ GSList *mb_gconf_get_list(const gchar *key) {
 }
 
 void mb_gconf_set_list(const gchar *key, GSList *list) {
-  if (key == nullptr) {
+  if (!is_key(key)) {
     PB_LOG(PB_LOG_ERROR, "invalid parameter\n");
     return;
   }

@@ -135,6 +135,27 @@ TEST(GconfSetString, LogsANullText) {
               ElementsAre(Logged(PB_LOG_ERROR, "[mb_gconf_set_string]invalid parameter\n")));
 }
 
+TEST(GconfSetString, LogsATextThatIsNone) {
+  mb_gconf_set_string(kKey, "\xff");
+
+  EXPECT_THAT(fake::platform().log,
+              ElementsAre(Logged(PB_LOG_ERROR, "[mb_gconf_set_string]invalid parameter\n")));
+  EXPECT_THAT(settings().calls, IsEmpty());
+}
+
+TEST(GconfKeys, AreNotAskedForWhenTheyAreNone) {
+  for (const char *text : {"no slash", "", "/a/"}) {
+    mb_gconf_get_string(text);
+    mb_gconf_get_int(text);
+    mb_gconf_get_list(text);
+    mb_gconf_set_string(text, "x");
+    mb_gconf_set_int(text, 1);
+    mb_gconf_set_list(text, nullptr);
+  }
+
+  EXPECT_THAT(settings().calls, IsEmpty());
+}
+
 TEST(GconfSetString, LogsAMissingClient) {
   settings().has_client = false;
 
