@@ -138,9 +138,13 @@ TEST_F(Gconf, HoldsTheTheme) {
   mb_gconf_set_int("/CSC/Apps/Settings/DefTheme", 0);
 }
 
-class GconfWithoutBus : public testing::Test {
+class GconfWithoutBus : public support::GlibTest {
  protected:
   void SetUp() override { setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus", 1); }
+  void TearDown() override {
+    // GConf says the same in its own words.
+    EXPECT_THAT(take_glib_warnings(), ElementsAre(StartsWith("Client failed to connect")));
+  }
 };
 
 TEST_F(GconfWithoutBus, LogsWhatCannotBeRead) {
