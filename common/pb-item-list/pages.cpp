@@ -104,6 +104,7 @@ std::optional<const MbItem *> find_paged_record(const char *entry, PbItemList *l
                                                 const RowRequest &request, RecordList &single) {
   PbItemListPrivate &priv = private_of(list);
   const gint row = request.row;
+  if (row < 0) return nullptr;
   const bool any = !priv.records.empty();
   if (any && row >= priv.page_start && row <= priv.page_end) return held_record(list, row);
   if (request.first == request.last) {

@@ -160,7 +160,9 @@ bool select_shared_records(const char *entry, PbItemList *list, RecordList &reco
 
 }  // namespace pb::item_list
 
-static FileSelection hold_shared_files(const char *entry, PbItemList *list, gint album_id) {
+namespace {
+
+FileSelection hold_shared_files(const char *entry, PbItemList *list, gint album_id) {
   LOG_FOR(entry, PB_LOG_INFO, "album_id = %d\n", album_id);
   PbItemListPrivate &priv = private_of(list);
   priv.album_id = album_id;
@@ -174,6 +176,8 @@ static FileSelection hold_shared_files(const char *entry, PbItemList *list, gint
   }
   return selection;
 }
+
+}  // namespace
 
 PbItemList *pb_item_get_share_list(gint cate_type, gint album_id, gint sorted) {
   PB_LOG(PB_LOG_INFO, "cate_type=%d, sorted=%d\n", cate_type, sorted);

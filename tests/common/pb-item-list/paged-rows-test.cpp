@@ -580,6 +580,18 @@ TEST_F(HeldRange, SurvivesAFailingFetch) {
   EXPECT_THAT(log_of(kName), Contains("mbitem NULL\n"));
 }
 
+TEST_F(HeldRange, AsksTheServiceForNoRowBeforeTheFirst) {
+  const ListPtr list = list_holding(1000, 0, 2);
+
+  for (const gint row : {-1, -100, INT_MIN}) {
+    ask(list, row);
+    ask_alone(list, row);
+  }
+
+  EXPECT_THAT(fake::calls_of("fm_svc_mb_get_list"), IsEmpty());
+  EXPECT_EQ(held(list), "0-199 (200)");
+}
+
 TEST_F(HeldRange, SurvivesRowsThatNoListHas) {
   const ListPtr list = paged_list(1000);
 
