@@ -94,16 +94,21 @@ void Grid::show(PbItemList *list, const Place &place, const FindRow &find) {
   const int length = pb_item_list_get_length(list);
   if (length == 0) return;
 
-  if (place.cursor_id != 0) {
-    const int row = find(place.cursor_id);
-    set_cursor(row >= 0 ? row : std::clamp(old_cursor, 0, length - 1));
-  }
+  const int row = place.cursor_id != 0 ? find(place.cursor_id) : 0;
+  set_cursor(row >= 0 ? row : std::clamp(old_cursor, 0, length - 1));
   // The cursor may be out of view: what was in view counts.
-  const int first = place.at_top || place.first_id == 0 ? 0 : find(place.first_id);
+  const int first = place.first_id != 0 ? find(place.first_id) : 0;
   if (first < 0) return;
   phone_icon_view_scroll_to_row(PHONE_ICON_VIEW(view_.get()), first, 0);
+  if (first == 0) {
+    scroll_to(0);
+  } else {
+    scroll_to(gtk_adjustment_get_value(adjustment()) + place.offset);
+  }
+}
+
+void Grid::scroll_to(double goal) {
   GtkAdjustment *scroll = adjustment();
-  const double goal = place.at_top ? 0 : gtk_adjustment_get_value(scroll) + place.offset;
   const double end = gtk_adjustment_get_upper(scroll) - gtk_adjustment_get_page_size(scroll);
   gtk_adjustment_set_value(scroll, std::clamp(goal, 0.0, std::max(0.0, end)));
 }
@@ -117,18 +122,18 @@ void Grid::clear() {
 
 Place Grid::place() const {
   Place place;
-  if (!list_) return place;
-  if (const PbItem *item = item_at(list_.get(), cursor())) place.cursor_id = id_of(item);
   const double value = gtk_adjustment_get_value(adjustment());
+  const double top = gtk_icon_view_get_top_margin(GTK_ICON_VIEW(view_.get()));
+  const bool at_top = value <= top;
+  // Somebody at the very beginning sees what is newest, and stays with that.
+  if (!list_ || (at_top && cursor() <= 0)) return place;
+  if (const PbItem *item = item_at(list_.get(), cursor())) place.cursor_id = id_of(item);
   int first = 0;
-  place.at_top = value < 1;
-  if (place.at_top ||
-      !phone_icon_view_get_visible_rows(PHONE_ICON_VIEW(view_.get()), &first, nullptr)) {
+  if (at_top || !phone_icon_view_get_visible_rows(PHONE_ICON_VIEW(view_.get()), &first, nullptr)) {
     return place;
   }
   if (const PbItem *item = item_at(list_.get(), first)) place.first_id = id_of(item);
-  const double top = gtk_icon_view_get_top_margin(GTK_ICON_VIEW(view_.get()));
-  if (row_height() > 0) place.offset = std::fmod(std::max(0.0, value - top), row_height());
+  if (row_height() > 0) place.offset = std::fmod(value - top, row_height());
   return place;
 }
 
@@ -151,13 +156,10 @@ void Grid::on_scrolled(GtkAdjustment * /*adjustment*/, gpointer self) {
 }
 
 gboolean Grid::on_wheel(GtkWidget * /*view*/, GdkEventScroll *event, gpointer self) {
-  const auto *grid = static_cast<Grid *>(self);
+  auto *grid = static_cast<Grid *>(self);
   if (event->direction != GDK_SCROLL_UP && event->direction != GDK_SCROLL_DOWN) return FALSE;
-  GtkAdjustment *scroll = grid->adjustment();
-  const double end = gtk_adjustment_get_upper(scroll) - gtk_adjustment_get_page_size(scroll);
   const double step = event->direction == GDK_SCROLL_UP ? -grid->row_height() : grid->row_height();
-  gtk_adjustment_set_value(
-      scroll, std::clamp(gtk_adjustment_get_value(scroll) + step, 0.0, std::max(0.0, end)));
+  grid->scroll_to(gtk_adjustment_get_value(grid->adjustment()) + step);
   return TRUE;
 }
 

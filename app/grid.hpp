@@ -12,10 +12,9 @@ namespace gallery {
 /// Where somebody is in a list, told by items and not by rows, so that it holds when rows come
 /// and go above.
 struct Place {
-  gint cursor_id = 0;  ///< id of the item with the cursor; 0 for none
-  gint first_id = 0;   ///< id of the first item in view; 0 for none
+  gint cursor_id = 0;  ///< id of the item with the cursor; 0 for the first row
+  gint first_id = 0;   ///< id of the first item in view; 0 for the very beginning
   double offset = 0;   ///< pixels of its row that lie above the view
-  bool at_top = true;  ///< the very beginning is in view
 };
 
 class Grid {
@@ -55,6 +54,7 @@ class Grid {
   static gboolean on_wheel(GtkWidget *view, GdkEventScroll *event, gpointer self);
   static void on_resized(GtkWidget *widget, GtkAllocation *allocation, gpointer self);
   static gboolean make_missing_items_idle(gpointer self);
+  void scroll_to(double goal);
   void make_missing_items_soon();
   void make_missing_items();
   [[nodiscard]] double row_height() const;

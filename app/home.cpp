@@ -94,7 +94,14 @@ void Home::rows_changed() {
   say_why_empty();
 }
 
-void Home::thumbnails_arrived() { page().redraw(); }
+void Home::thumbnails_arrived() {
+  // The path of a cover comes with its album, so albums are listed again.
+  if (albums_shown_) {
+    navigator_.refresh_soon();
+  } else {
+    pictures_.redraw();
+  }
+}
 
 void Home::show_albums(bool albums) {
   if (albums == albums_shown_) return;

@@ -59,6 +59,8 @@ void ListPage::show_list(bool filled) {
   empty_shown_ = !filled;
   set_shown(empty_.widget(), !filled);
   set_shown(grid_.widget(), filled);
+  // A grid that was hidden has lost the keyboard.
+  if (filled && gtk_widget_get_mapped(stack_.get())) gtk_widget_grab_focus(grid_.view());
 }
 
 void ListPage::follow_current_item() {

@@ -17,6 +17,8 @@ class Navigator {
   virtual void open_viewer(int row) = 0;
   /// Goes back one screen; the caller is gone afterwards.
   virtual void back() = 0;
+  /// Has the lists built again, but not more than once a second.
+  virtual void refresh_soon() = 0;
   virtual void set_full_screen(bool full) = 0;
   [[nodiscard]] virtual bool is_full_screen() const = 0;
 

@@ -31,6 +31,8 @@ class Screen {
   /// A key that no other part of the program has taken.
   /// @return true when the screen has used it
   virtual bool key(const GdkEventKey & /*event*/) { return false; }
+  /// The window has been given the whole screen, or has given it back.
+  virtual void full_screen_changed(bool /*full*/) {}
   /// Escape and its like. @return true when the screen stays, having left a mode of its own
   virtual bool back() { return false; }
 };

@@ -28,6 +28,7 @@ constexpr int kFullScreenIcon = 907;
 constexpr int kWidth = 480;
 constexpr int kHeight = 800;
 constexpr int kSmallest = 240;
+constexpr int kTitleHeight = 46;
 /// While pictures pour in, the list is built again this often.
 constexpr gint64 kRefreshUs = G_USEC_PER_SEC;
 
@@ -95,6 +96,8 @@ void Session::make_window() {
   auto *main_window = GTK_MAIN_WINDOW(window_);
   phone_main_window_add_title_widget(main_window, back_button_, GTK_PACK_START);
   phone_main_window_add_title_widget(main_window, full_screen_button_, GTK_PACK_END);
+  // The bar keeps its height when the buttons come and go.
+  gtk_widget_set_size_request(gtk_main_window_get_title_label(main_window), -1, kTitleHeight);
   g_signal_connect(back_button_, "clicked", G_CALLBACK(on_back), this);
   g_signal_connect(full_screen_button_, "clicked", G_CALLBACK(on_full_screen), this);
   update_title_buttons();
@@ -170,6 +173,7 @@ void Session::set_full_screen(bool full) {
     gtk_window_unfullscreen(GTK_WINDOW(window_));
   }
   pb_view_manager_set_title_style(full ? PHONE_TITLE_NONE : PHONE_TITLE_BAR);
+  top().full_screen_changed(full);
 }
 
 void Session::on_index_changed(guint changes, gpointer self) {

@@ -28,6 +28,7 @@ class Session : public Navigator {
   void open_album(int row) override;
   void open_viewer(int row) override;
   void back() override;
+  void refresh_soon() override;
   void set_full_screen(bool full) override;
   [[nodiscard]] bool is_full_screen() const override { return full_screen_; }
   [[nodiscard]] std::string places() const override;
@@ -45,7 +46,6 @@ class Session : public Navigator {
   void make_window();
   void start_index();
   void push(std::unique_ptr<Screen> screen);
-  void refresh_soon();
   void refresh();
   void update_status();
   void open_file();

@@ -17,7 +17,10 @@ namespace gallery {
 namespace {
 
 constexpr gint kVideo = 2;  // media type
+constexpr int kPreviousIcon = 901;
+constexpr int kNextIcon = 908;
 constexpr int kBarPadding = 8;
+constexpr int kButtonWidth = 88;
 
 int current_row() { return pb_app_common_get_instance()->item_index; }
 
@@ -52,25 +55,21 @@ Viewer::~Viewer() {
 GtkWidget *Viewer::make_bar() {
   bar_ = gtk_hbox_new(FALSE, kBarPadding);
   gtk_widget_set_name(bar_, "viewer-bar");
-  previous_ = add_button(bar_, "\xe2\x80\xb9", "viewer-previous", text(Text::kPreviousPicture),
+  previous_ = add_button(kPreviousIcon, "viewer-previous", text(Text::kPreviousPicture),
                          G_CALLBACK(on_previous));
   position_ = gtk_label_new(nullptr);
   gtk_widget_set_name(position_, "viewer-position");
   gtk_box_pack_start(GTK_BOX(bar_), position_, TRUE, TRUE, 0);
-  next_ = add_button(bar_, "\xe2\x80\xba", "viewer-next", text(Text::kNextPicture),
-                     G_CALLBACK(on_next));
+  next_ = add_button(kNextIcon, "viewer-next", text(Text::kNextPicture), G_CALLBACK(on_next));
   return bar_;
 }
 
-GtkWidget *Viewer::add_button(GtkWidget *row, const char *label, const char *name,
-                              const std::string &spoken, GCallback clicked) {
-  GtkWidget *button = gtk_button_new_with_label(label);
-  gtk_button_set_relief(GTK_BUTTON(button), GTK_RELIEF_NONE);
-  gtk_widget_set_size_request(button, 88, -1);
-  name_widget(button, name, spoken);
-  gtk_widget_set_tooltip_text(button, spoken.c_str());
+GtkWidget *Viewer::add_button(int icon, const char *name, const std::string &spoken,
+                              GCallback clicked) {
+  GtkWidget *button = make_icon_button(icon, name, spoken);
+  gtk_widget_set_size_request(button, kButtonWidth, -1);
   g_signal_connect(button, "clicked", clicked, this);
-  gtk_box_pack_start(GTK_BOX(row), button, FALSE, FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(bar_), button, FALSE, FALSE, 0);
   return button;
 }
 
@@ -252,6 +251,8 @@ bool Viewer::key(const GdkEventKey &event) {
       return false;
   }
 }
+
+void Viewer::full_screen_changed(bool full) { set_shown(bar_, !full); }
 
 bool Viewer::back() {
   if (!navigator_.is_full_screen()) return false;

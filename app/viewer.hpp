@@ -27,6 +27,7 @@ class Viewer : public Screen {
   /// The list was built again, and the library's current item may be another one.
   void rows_changed() override;
   bool key(const GdkEventKey &event) override;
+  void full_screen_changed(bool full) override;
   bool back() override;
 
  private:
@@ -38,8 +39,7 @@ class Viewer : public Screen {
   };
 
   GtkWidget *make_bar();
-  GtkWidget *add_button(GtkWidget *row, const char *label, const char *name,
-                        const std::string &spoken, GCallback clicked);
+  GtkWidget *add_button(int icon, const char *name, const std::string &spoken, GCallback clicked);
   static void on_previous(GtkButton *button, gpointer self);
   static void on_next(GtkButton *button, gpointer self);
 
