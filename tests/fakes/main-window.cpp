@@ -10,12 +10,12 @@ namespace {
 
 constexpr int kCellHeight = 148;
 
-/// What a window has beyond its widgets; data of the instance.
+/// Data of a window's instance, so all of it lives until the window is finalised.
 struct WindowState {
   gint style = 0;
-  GtkWidget *box = nullptr;      // the window's
-  GtkWidget *title = nullptr;    // the window's
-  GtkWidget *current = nullptr;  // in the box, or NULL
+  pb::Ref<GtkWidget> title;
+  pb::Ref<GtkWidget> forms;
+  GtkWidget *current = nullptr;  // one of the forms, or NULL
   pb::Ref<GdkPixbuf> icon;
 };
 
@@ -25,12 +25,18 @@ WindowState &state_of(GtkMainWindow *window) {
   return *static_cast<WindowState *>(g_object_get_data(G_OBJECT(window), "fake-state"));
 }
 
-bool holds(GtkMainWindow *window, GtkWidget *form) {
-  return gtk_widget_get_parent(form) == state_of(window).box;
+GtkWidget *forms_of(GtkMainWindow *window) { return state_of(window).forms.get(); }
+
+/// A form that is not the current one stays hidden when the whole window is shown.
+void hide_form(GtkWidget *form) {
+  gtk_widget_hide(form);
+  gtk_widget_set_no_show_all(form, TRUE);
 }
 
-void forget_form(GtkWidget *form, GtkMainWindow *window) {
-  if (state_of(window).current == form) state_of(window).current = nullptr;
+void forget_form(GtkContainer *, GtkWidget *form, gpointer window) {
+  WindowState &state = state_of(GTK_MAIN_WINDOW(window));
+  gtk_widget_set_no_show_all(form, FALSE);
+  if (state.current == form) state.current = nullptr;
 }
 
 }  // namespace
@@ -42,12 +48,15 @@ static void gtk_main_window_class_init(GtkMainWindowClass *) {}
 static void gtk_main_window_init(GtkMainWindow *window) {
   auto *state = new WindowState;
   g_object_set_data_full(G_OBJECT(window), "fake-state", state, free_state);
-  state->box = gtk_vbox_new(FALSE, 0);
-  state->title = gtk_label_new(nullptr);
-  gtk_box_pack_start(GTK_BOX(state->box), state->title, FALSE, FALSE, 0);
-  gtk_container_add(GTK_CONTAINER(window), state->box);
-  gtk_widget_show(state->title);
-  gtk_widget_show(state->box);
+  state->title = pb::Ref<GtkWidget>::sink(gtk_label_new(nullptr));
+  state->forms = pb::Ref<GtkWidget>::sink(gtk_vbox_new(FALSE, 0));
+  g_signal_connect_object(state->forms.get(), "remove", G_CALLBACK(forget_form), window,
+                          GConnectFlags{});
+  GtkWidget *column = gtk_vbox_new(FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(column), state->title.get(), FALSE, FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(column), state->forms.get(), TRUE, TRUE, 0);
+  gtk_container_add(GTK_CONTAINER(window), column);
+  gtk_widget_show_all(column);
 }
 
 G_DEFINE_TYPE(GtkForm, gtk_form, GTK_TYPE_BIN)
@@ -97,39 +106,46 @@ void gtk_main_window_add_form(GtkMainWindow *window, GtkForm *form) {
   fake::record("gtk_main_window_add_form", window, form);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
   PB_CHECK(GTK_IS_FORM(form));
-  gtk_widget_hide(GTK_WIDGET(form));
-  gtk_box_pack_start(GTK_BOX(state_of(window).box), GTK_WIDGET(form), TRUE, TRUE, 0);
-  g_signal_connect_object(form, "destroy", G_CALLBACK(forget_form), window, GConnectFlags(0));
+  GtkWidget *widget = GTK_WIDGET(form);
+  PB_CHECK_AS("form has no parent", gtk_widget_get_parent(widget) == nullptr);
+  hide_form(widget);
+  gtk_box_pack_start(GTK_BOX(forms_of(window)), widget, TRUE, TRUE, 0);
 }
 
 void gtk_main_window_remove_form(GtkMainWindow *window, GtkForm *form) {
   fake::record("gtk_main_window_remove_form", window, form);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
   PB_CHECK(GTK_IS_FORM(form));
-  if (!holds(window, GTK_WIDGET(form))) return;
-  if (state_of(window).current == GTK_WIDGET(form)) state_of(window).current = nullptr;
-  gtk_container_remove(GTK_CONTAINER(state_of(window).box), GTK_WIDGET(form));
+  if (gtk_widget_get_parent(GTK_WIDGET(form)) != forms_of(window)) return;
+  gtk_container_remove(GTK_CONTAINER(forms_of(window)), GTK_WIDGET(form));
 }
 
 void gtk_main_window_set_current_form(GtkMainWindow *window, GtkForm *form) {
   fake::record("gtk_main_window_set_current_form", window, form);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
   PB_CHECK(GTK_IS_FORM(form));
-  if (!holds(window, GTK_WIDGET(form))) return;
-  if (state_of(window).current != nullptr) gtk_widget_hide(state_of(window).current);
-  state_of(window).current = GTK_WIDGET(form);
-  gtk_widget_show(GTK_WIDGET(form));
+  GtkWidget *widget = GTK_WIDGET(form);
+  PB_CHECK_AS("form is in window", gtk_widget_get_parent(widget) == forms_of(window));
+  GtkWidget *&current = state_of(window).current;
+  if (current == widget) return;
+  if (current != nullptr) hide_form(current);
+  current = widget;
+  gtk_widget_set_no_show_all(widget, FALSE);
+  gtk_widget_show(widget);
 }
 
 void gtk_main_window_set_default_title(GtkMainWindow *window, const gchar *title) {
   fake::record("gtk_main_window_set_default_title", window, title);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
-  gtk_label_set_text(GTK_LABEL(state_of(window).title), title);
+  PB_CHECK(title != NULL);
+  gtk_label_set_text(GTK_LABEL(state_of(window).title.get()), title);
+  gtk_window_set_title(GTK_WINDOW(window), title);
 }
 
 void gtk_main_window_set_default_icon(GtkMainWindow *window, GdkPixbuf *icon) {
   fake::record("gtk_main_window_set_default_icon", window, icon);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
+  PB_CHECK(GDK_IS_PIXBUF(icon));
   state_of(window).icon = pb::Ref<GdkPixbuf>::share(icon);
 }
 
@@ -141,7 +157,7 @@ void gtk_main_window_set_title_style(GtkMainWindow *window, gint style) {
 GtkWidget *gtk_main_window_get_title_label(GtkMainWindow *window) {
   fake::record("gtk_main_window_get_title_label", window);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window), nullptr);
-  return state_of(window).title;
+  return state_of(window).title.get();
 }
 
 gint gtk_main_window_get_style(GtkMainWindow *window) {

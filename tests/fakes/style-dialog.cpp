@@ -9,6 +9,12 @@ constexpr const char *kLabel = "fake-label";
 constexpr const char *kArea = "fake-area";
 constexpr const char *kTimeout = "fake-timeout";
 
+/// Parts live until the dialog is finalised, also behind its destruction.
+void keep_part(GtkStyleDialog *dialog, const char *part, GtkWidget *widget) {
+  g_object_set_data_full(G_OBJECT(dialog), part, g_object_ref_sink(widget), g_object_unref);
+  gtk_widget_show(widget);
+}
+
 GtkWidget *part_of(GtkStyleDialog *dialog, const char *part) {
   return static_cast<GtkWidget *>(g_object_get_data(G_OBJECT(dialog), part));
 }
@@ -38,15 +44,11 @@ static void gtk_style_dialog_class_init(GtkStyleDialogClass *klass) {
 }
 
 static void gtk_style_dialog_init(GtkStyleDialog *dialog) {
+  keep_part(dialog, kLabel, gtk_label_new(nullptr));
+  keep_part(dialog, kArea, gtk_vbox_new(FALSE, 0));
   GtkWidget *box = gtk_dialog_get_content_area(GTK_DIALOG(dialog));
-  GtkWidget *label = gtk_label_new(nullptr);
-  GtkWidget *area = gtk_vbox_new(FALSE, 0);
-  gtk_box_pack_start(GTK_BOX(box), label, FALSE, FALSE, 0);
-  gtk_box_pack_start(GTK_BOX(box), area, TRUE, TRUE, 0);
-  gtk_widget_show(label);
-  gtk_widget_show(area);
-  g_object_set_data(G_OBJECT(dialog), kLabel, label);
-  g_object_set_data(G_OBJECT(dialog), kArea, area);
+  gtk_box_pack_start(GTK_BOX(box), part_of(dialog, kLabel), FALSE, FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(box), part_of(dialog, kArea), TRUE, TRUE, 0);
 }
 
 GtkWidget *fake::make_style_dialog(gint, GtkWindow *parent, gint flags) {
@@ -66,12 +68,14 @@ GtkWidget *gtk_style_dialog_new(gint style, GtkWindow *parent, gint flags) {
 void gtk_style_dialog_set_title(GtkStyleDialog *dialog, const gchar *title) {
   fake::record("gtk_style_dialog_set_title", dialog, title);
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
+  PB_CHECK(title != NULL);
   gtk_window_set_title(GTK_WINDOW(dialog), title);
 }
 
 void gtk_style_dialog_set_content_area_text(GtkStyleDialog *dialog, const gchar *text) {
   fake::record("gtk_style_dialog_set_content_area_text", dialog, text);
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
+  PB_CHECK(text != NULL);
   gtk_label_set_text(GTK_LABEL(part_of(dialog, kLabel)), text);
 }
 
@@ -96,6 +100,7 @@ GtkWidget *gtk_style_dialog_add_button(GtkStyleDialog *dialog, const gchar *labe
 void gtk_style_dialog_set_destroy_timeout(GtkStyleDialog *dialog, guint timeout_ms) {
   fake::record("gtk_style_dialog_set_destroy_timeout", dialog, timeout_ms);
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
+  PB_CHECK(timeout_ms > 0);
   stop_timeout(GTK_WIDGET(dialog));
   const guint id = gdk_threads_add_timeout(timeout_ms, destroy_at_timeout, dialog);
   g_object_set_data(G_OBJECT(dialog), kTimeout, GUINT_TO_POINTER(id));

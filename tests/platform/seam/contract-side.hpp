@@ -19,4 +19,16 @@ inline void let_main_loop_run() {
   }
 }
 
+/// Lets so much time pass and runs what becomes due.
+inline void let_time_pass(unsigned milliseconds) {
+#ifdef CONTRACT_OF_FAKES
+  fake::advance_clock(milliseconds);
+#else
+  const gint64 end = g_get_monotonic_time() + gint64{milliseconds} * 1000;
+  while (g_get_monotonic_time() <= end) {
+    if (!g_main_context_iteration(nullptr, FALSE)) g_usleep(500);
+  }
+#endif
+}
+
 }  // namespace contract
