@@ -9,7 +9,8 @@
 struct GtkMainWindowPrivate {
   gint style = 0;
   pb::Ref<GtkWidget> title_bar;
-  pb::Ref<GtkWidget> title_row;
+  pb::Ref<GtkWidget> title_start;
+  pb::Ref<GtkWidget> title_end;
   pb::Ref<GtkWidget> icon;
   pb::Ref<GtkWidget> title;
   pb::Ref<GtkWidget> forms;
@@ -41,18 +42,25 @@ void on_form_removed(GtkContainer *, GtkWidget *form, gpointer data) {
 GtkWidget *make_title_bar(GtkMainWindowPrivate &priv) {
   priv.title_bar = pb::Ref<GtkWidget>::sink(gtk_event_box_new());
   gtk_widget_set_name(priv.title_bar.get(), "phone-title-bar");
-  priv.title_row = pb::Ref<GtkWidget>::sink(gtk_hbox_new(FALSE, kTitlePadding));
-  gtk_container_set_border_width(GTK_CONTAINER(priv.title_row.get()), kTitlePadding);
+  GtkWidget *title_row = gtk_hbox_new(FALSE, kTitlePadding);
+  gtk_container_set_border_width(GTK_CONTAINER(title_row), kTitlePadding);
+  priv.title_start = pb::Ref<GtkWidget>::sink(gtk_hbox_new(FALSE, kTitlePadding));
+  priv.title_end = pb::Ref<GtkWidget>::sink(gtk_hbox_new(FALSE, kTitlePadding));
+  // Both sides are equally wide, so that the title is in the middle of the window.
+  const auto sides = pb::Ref<GtkSizeGroup>::adopt(gtk_size_group_new(GTK_SIZE_GROUP_HORIZONTAL));
+  gtk_size_group_add_widget(sides.get(), priv.title_start.get());
+  gtk_size_group_add_widget(sides.get(), priv.title_end.get());
   priv.icon = pb::Ref<GtkWidget>::sink(gtk_image_new());
   gtk_widget_set_no_show_all(priv.icon.get(), TRUE);
   priv.title = pb::Ref<GtkWidget>::sink(gtk_label_new(nullptr));
   gtk_label_set_ellipsize(GTK_LABEL(priv.title.get()), PANGO_ELLIPSIZE_END);
   gtk_label_set_single_line_mode(GTK_LABEL(priv.title.get()), TRUE);
   gtk_misc_set_alignment(GTK_MISC(priv.title.get()), 0.5, 0.5);
-  auto *row = GTK_BOX(priv.title_row.get());
-  gtk_box_pack_start(row, priv.icon.get(), FALSE, FALSE, 0);
-  gtk_box_pack_start(row, priv.title.get(), TRUE, TRUE, 0);
-  gtk_container_add(GTK_CONTAINER(priv.title_bar.get()), priv.title_row.get());
+  gtk_box_pack_start(GTK_BOX(title_row), priv.title_start.get(), FALSE, FALSE, 0);
+  gtk_box_pack_start(GTK_BOX(title_row), priv.title.get(), TRUE, TRUE, 0);
+  gtk_box_pack_start(GTK_BOX(title_row), priv.title_end.get(), FALSE, FALSE, 0);
+  gtk_box_pack_end(GTK_BOX(priv.title_start.get()), priv.icon.get(), FALSE, FALSE, 0);
+  gtk_container_add(GTK_CONTAINER(priv.title_bar.get()), title_row);
   return priv.title_bar.get();
 }
 
@@ -149,13 +157,9 @@ void phone_main_window_add_title_widget(GtkMainWindow *window, GtkWidget *widget
                                         GtkPackType side) {
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
   PB_CHECK(GTK_IS_WIDGET(widget));
-  auto *row = GTK_BOX(private_of(window).title_row.get());
-  if (side == GTK_PACK_END) {
-    gtk_box_pack_end(row, widget, FALSE, FALSE, 0);
-    return;
-  }
-  gtk_box_pack_start(row, widget, FALSE, FALSE, 0);
-  gtk_box_reorder_child(row, widget, 0);
+  auto &priv = private_of(window);
+  GtkWidget *box = side == GTK_PACK_END ? priv.title_end.get() : priv.title_start.get();
+  gtk_box_pack_start(GTK_BOX(box), widget, FALSE, FALSE, 0);
 }
 
 gint gtk_main_window_get_style(GtkMainWindow *window) {

@@ -20,6 +20,7 @@ namespace {
 
 constexpr int kWidth = 420;
 constexpr int kPadding = 16;
+constexpr int kAccentHeight = 3;
 
 GtkStyleDialogPrivate &private_of(GtkStyleDialog *dialog) {
   return *static_cast<GtkStyleDialogPrivate *>(gtk_style_dialog_get_instance_private(dialog));
@@ -66,8 +67,10 @@ GtkWidget *make_text(const char *name) {
   gtk_widget_set_name(label, name);
   gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
   gtk_label_set_line_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
-  gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
+  gtk_misc_set_alignment(GTK_MISC(label), 0, 0.5);
   gtk_widget_set_size_request(label, kWidth - 2 * kPadding, -1);
+  // With a number of characters a label looks how wide its text is before it aligns it.
+  gtk_label_set_width_chars(GTK_LABEL(label), 1);
   gtk_widget_set_no_show_all(label, TRUE);
   return label;
 }
@@ -77,7 +80,33 @@ void show_text(GtkWidget *label, const gchar *text) {
   gtk_widget_set_visible(label, *text != '\0');
 }
 
+/// A dialog has no frame of a window manager's around it.
+void draw_edge(GtkWidget *widget) {
+  const GtkStyle *style = gtk_widget_get_style(widget);
+  GtkAllocation area;
+  gtk_widget_get_allocation(widget, &area);
+  constexpr double kFull = 65535.0;
+  const GdkColor &accent = style->bg[GTK_STATE_SELECTED];
+  const GdkColor &text = style->fg[GTK_STATE_NORMAL];
+  cairo_t *cairo = gdk_cairo_create(gtk_widget_get_window(widget));
+  cairo_set_source_rgba(cairo, text.red / kFull, text.green / kFull, text.blue / kFull, 0.35);
+  cairo_set_line_width(cairo, 1);
+  cairo_rectangle(cairo, 0.5, 0.5, area.width - 1, area.height - 1);
+  cairo_stroke(cairo);
+  gdk_cairo_set_source_color(cairo, &accent);
+  cairo_rectangle(cairo, 0, 0, area.width, kAccentHeight);
+  cairo_fill(cairo);
+  cairo_destroy(cairo);
+}
+
 }  // namespace
+
+static gboolean gtk_style_dialog_expose(GtkWidget *widget, GdkEventExpose *event) {
+  const gboolean handled =
+      GTK_WIDGET_CLASS(gtk_style_dialog_parent_class)->expose_event(widget, event);
+  draw_edge(widget);
+  return handled;
+}
 
 static void gtk_style_dialog_destroy(GtkObject *object) {
   private_of(GTK_STYLE_DIALOG(object)).end.remove();
@@ -90,6 +119,7 @@ static void gtk_style_dialog_finalize(GObject *object) {
 }
 
 static void gtk_style_dialog_class_init(GtkStyleDialogClass *klass) {
+  GTK_WIDGET_CLASS(klass)->expose_event = gtk_style_dialog_expose;
   GTK_OBJECT_CLASS(klass)->destroy = gtk_style_dialog_destroy;
   G_OBJECT_CLASS(klass)->finalize = gtk_style_dialog_finalize;
 }
@@ -102,9 +132,9 @@ static void gtk_style_dialog_init(GtkStyleDialog *dialog) {
   gtk_widget_show(priv.content.get());
 
   auto *area = GTK_BOX(gtk_dialog_get_content_area(GTK_DIALOG(dialog)));
-  gtk_container_set_border_width(GTK_CONTAINER(area), kPadding);
+  gtk_box_set_spacing(area, kPadding / 2);
   for (GtkWidget *widget : {priv.title.get(), priv.text.get(), priv.content.get()}) {
-    gtk_box_pack_start(area, widget, FALSE, FALSE, kPadding / 4);
+    gtk_box_pack_start(area, widget, FALSE, FALSE, 0);
   }
   gtk_button_box_set_layout(GTK_BUTTON_BOX(gtk_dialog_get_action_area(GTK_DIALOG(dialog))),
                             GTK_BUTTONBOX_CENTER);
@@ -161,7 +191,10 @@ GtkWidget *gtk_style_dialog_add_button(GtkStyleDialog *dialog, const gchar *labe
   gtk_box_set_child_packing(GTK_BOX(gtk_dialog_get_action_area(GTK_DIALOG(dialog))), button, FALSE,
                             TRUE, 0, GTK_PACK_START);
   // The library names what the user most likely wants first.
-  if (!priv.has_buttons) gtk_dialog_set_default_response(GTK_DIALOG(dialog), response);
+  if (!priv.has_buttons) {
+    gtk_dialog_set_default_response(GTK_DIALOG(dialog), response);
+    gtk_widget_grab_focus(button);
+  }
   priv.has_buttons = true;
   return button;
 }

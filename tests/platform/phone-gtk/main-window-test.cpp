@@ -284,6 +284,18 @@ TEST_F(MainWindowTitle, TakesWidgetsOfTheApplication) {
   EXPECT_LT(left.x, label.x);
 }
 
+TEST_F(MainWindowTitle, StaysInTheMiddleBesideAWidget) {
+  gtk_window_set_default_size(GTK_WINDOW(window()), 480, 800);
+  phone_main_window_add_title_widget(window(), gtk_button_new_with_label("Back"), GTK_PACK_START);
+
+  gtk_widget_show_all(GTK_WIDGET(window()));
+  while (gtk_events_pending()) gtk_main_iteration();
+
+  GtkAllocation label;
+  gtk_widget_get_allocation(gtk_main_window_get_title_label(window()), &label);
+  EXPECT_NEAR(label.x + label.width / 2.0, 240, 1);
+}
+
 TEST_F(WindowRotation, IsZeroWithoutAWindow) { EXPECT_EQ(gtk_window_get_rotate(nullptr), 0); }
 
 TEST_F(WindowRotation, IsUprightForAHighWindow) {

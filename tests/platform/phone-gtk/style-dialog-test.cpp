@@ -202,6 +202,17 @@ TEST_F(StyleDialogButtons, StandInTheOrderTheyWereAdded) {
   EXPECT_LT(left.x, right.x);
 }
 
+TEST_F(StyleDialogButtons, HaveTheFocusOnTheFirstAlsoBelowOtherWidgets) {
+  gtk_box_pack_start(GTK_BOX(gtk_style_dialog_get_content_area(dialog())),
+                     gtk_check_button_new_with_label("also there"), FALSE, FALSE, 0);
+  GtkWidget *first = add("Yes", GTK_RESPONSE_YES);
+  add("No", GTK_RESPONSE_NO);
+
+  gtk_widget_show_all(widget());
+
+  EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(widget())), first);
+}
+
 TEST_F(StyleDialogButtons, AnswerWithTheirResponse) {
   GtkWidget *yes = add("Yes", GTK_RESPONSE_YES);
   add("No", GTK_RESPONSE_NO);

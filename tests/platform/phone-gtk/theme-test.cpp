@@ -97,6 +97,16 @@ TEST_F(Theme, KeepsGridsDark) {
   EXPECT_EQ(colour(gtk_widget_get_style(grid)->base[GTK_STATE_NORMAL]), "#101010101414");
 }
 
+TEST_F(Theme, KeepsTheTextOfATickedBoxReadable) {
+  phone_theme_apply(FALSE, nullptr);
+  GtkWidget *check = show(gtk_check_button_new_with_label("Favourites"));
+  GtkWidget *label = gtk_bin_get_child(GTK_BIN(check));
+
+  gtk_widget_ensure_style(label);
+
+  EXPECT_EQ(colour(gtk_widget_get_style(label)->fg[GTK_STATE_ACTIVE]), "#1c1c1c1c2020");
+}
+
 TEST_F(Theme, MakesButtonsHighEnough) {
   phone_theme_apply(TRUE, nullptr);
 
