@@ -1,4 +1,4 @@
-/// Reads pages of a large index: bench-index-pages ROWS
+/// Reads pages of a large index: bench-index-pages ROWS camera|mixed
 /// Makes an index of that many pictures in a temporary folder (no files), then starts the service
 /// on it and reads as the library does.
 #include <glib/gstdio.h>
@@ -22,8 +22,10 @@ constexpr int kFolderSize = 1000;
 constexpr int kPage = 100;
 constexpr int kRuns = 2000;
 
-/// Rows that no scan has found: dates without any order, as of a library from many sources.
-void make_index(const std::string &root, int rows) {
+/// Rows that no scan has found.
+/// @param mixed the dates have no order at all, which is the worst that a library can be; else
+///        they grow with the names, as those of a camera do
+void make_index(const std::string &root, int rows, bool mixed) {
   std::string problem;
   std::atomic<bool> done = false;
   Database database;
@@ -52,7 +54,7 @@ void make_index(const std::string &root, int rows) {
       file.state = {static_cast<guint64>(at) + 20'000'000, 3'000'000 + at % 1000,
                     1'600'000'000'000'000'000 + at};
       file.kind = at % 50 == 0 ? kVideo : kPicture;
-      file.date = 1'000'000'000 + static_cast<gint64>(random() % 700'000'000);
+      file.date = 1'000'000'000 + (mixed ? static_cast<gint64>(random() % 700'000'000) : at * 60);
       file.width = 4000;
       file.height = 3000;
       files->push_back(std::move(file));
@@ -71,9 +73,7 @@ void make_index(const std::string &root, int rows) {
 
 void read_page(gint sort, gint64 filter, gint first, gint last, bench::Times &times) {
   GList *list = nullptr;
-  const double start = bench::now_ms();
-  fm_svc_mb_get_list("/", 2, sort, filter, 0, &list, first, last, nullptr);
-  times.add(bench::now_ms() - start);
+  times.measure([&] { fm_svc_mb_get_list("/", 2, sort, filter, 0, &list, first, last, nullptr); });
   if (g_list_length(list) != static_cast<guint>(last - first + 1)) {
     std::fprintf(stderr, "a page of %u instead of %d rows\n", g_list_length(list),
                  last - first + 1);
@@ -91,8 +91,8 @@ gint count(gint64 filter) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "Usage: bench-index-pages ROWS\n");
+  if (argc != 3) {
+    std::fprintf(stderr, "Usage: bench-index-pages ROWS camera|mixed\n");
     return 2;
   }
   const int rows = std::atoi(argv[1]);
@@ -105,7 +105,7 @@ int main(int argc, char **argv) {
   if (symlink(root.c_str(), root.c_str()) != 0) return 1;
 
   double start = bench::now_ms();
-  make_index(root, rows);
+  make_index(root, rows, std::string(argv[2]) == "mixed");
   std::printf("%d rows stored in %.0f ms\n", rows, bench::now_ms() - start);
   std::fflush(stdout);
   const pid_t child = fork();
@@ -154,28 +154,18 @@ int main(int argc, char **argv) {
   for (int run = 0; run < kRuns; ++run) {
     FmMediaRecord record;
     const gint id = 1 + static_cast<gint>(random() % static_cast<unsigned>(listed));
-    start = bench::now_ms();
-    fm_svc_mb_get_record_by_index(id, &record, nullptr);
-    records.add(bench::now_ms() - start);
-    start = bench::now_ms();
-    if (media_index_get_position(3, 3, id) < 0) return 1;
-    positions.add(bench::now_ms() - start);
+    records.measure([&] { fm_svc_mb_get_record_by_index(id, &record, nullptr); });
+    positions.measure([&] { media_index_get_position(3, 3, id); });
   }
   records.print("record of an id");
   positions.print("position of an id");
   bench::Times counts;
-  for (int run = 0; run < kRuns; ++run) {
-    start = bench::now_ms();
-    count(3);
-    counts.add(bench::now_ms() - start);
-  }
+  for (int run = 0; run < kRuns; ++run) counts.measure([] { count(3); });
   counts.print("count");
   bench::Times albums;
   for (int run = 0; run < 20; ++run) {
     GList *list = nullptr;
-    start = bench::now_ms();
-    fm_svc_mb_get_all_albums_ex(2, FM_ALBUMS_WITHOUT_WEB, &list, nullptr);
-    albums.add(bench::now_ms() - start);
+    albums.measure([&] { fm_svc_mb_get_all_albums_ex(2, FM_ALBUMS_WITHOUT_WEB, &list, nullptr); });
     fm_svc_mb_glist_free(&list, TRUE);
   }
   albums.print("all albums");

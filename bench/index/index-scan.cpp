@@ -81,6 +81,7 @@ struct Seen {
   double start;
   double first_rows = 0;
   double finished = 0;
+  double work = 0;
 };
 
 void on_change(guint changes, gpointer data) {
@@ -95,6 +96,7 @@ void on_change(guint changes, gpointer data) {
 
 Seen scan(const char *root) {
   Seen seen{bench::now_ms()};
+  const double work = bench::process_ms();
   const guint listener = media_index_add_listener(on_change, &seen);
   gchar *problem = nullptr;
   if (!media_index_start(&root, 1, &problem)) {
@@ -103,6 +105,7 @@ Seen scan(const char *root) {
   }
   while (seen.finished == 0) g_main_context_iteration(nullptr, TRUE);
   media_index_remove_listener(listener);
+  seen.work = bench::process_ms() - work;
   gint count = 0;
   fm_svc_mb_get_all_sub_file_count("/", 2, 3, &count, nullptr);
   MediaIndexProgress progress;
@@ -126,11 +129,12 @@ int main(int argc, char **argv) {
   g_setenv("XDG_CACHE_HOME", home, TRUE);
 
   const Seen first = scan(argv[1]);
-  std::printf("first scan: first rows after %.0f ms, finished after %.0f ms\n", first.first_rows,
-              first.finished);
+  std::printf("first scan: first rows after %.0f ms, finished after %.0f ms, work %.0f ms\n",
+              first.first_rows, first.finished, first.work);
   for (int run = 0; run < 3; ++run) {
     const Seen again = scan(argv[1]);
-    std::printf("second start, nothing changed: finished after %.0f ms\n", again.finished);
+    std::printf("second start, nothing changed: finished after %.0f ms, work %.0f ms\n",
+                again.finished, again.work);
   }
   std::printf("peak memory %ld KB\n", bench::memory_kb("VmHWM"));
   std::fflush(stdout);

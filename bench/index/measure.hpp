@@ -5,11 +5,26 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <fstream>
 #include <string>
 #include <vector>
 
 namespace bench {
+
+/// Time that this thread has worked: on a busy machine it says what a quiet one would take.
+inline double thread_ms() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+/// The same of all threads together.
+inline double process_ms() {
+  timespec time{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
 
 inline double now_ms() { return static_cast<double>(g_get_monotonic_time()) / 1000; }
 
@@ -22,19 +37,28 @@ inline long memory_kb(const std::string &name) {
   return 0;
 }
 
-/// Times of one thing that was done many times, in milliseconds.
+/// Times of one thing that is done many times.
 class Times {
  public:
-  void add(double ms) { times_.push_back(ms); }
+  template <typename Function>
+  void measure(Function function) {
+    const double wall = now_ms();
+    const double work = thread_ms();
+    function();
+    work_.push_back(thread_ms() - work);
+    wall_.push_back(now_ms() - wall);
+  }
   void print(const char *name) {
-    std::sort(times_.begin(), times_.end());
-    std::printf("%-42s median %8.4f ms  99 %% %8.4f ms  worst %8.4f ms  (%zu runs)\n", name,
-                times_[times_.size() / 2], times_[times_.size() * 99 / 100], times_.back(),
-                times_.size());
+    std::sort(wall_.begin(), wall_.end());
+    std::sort(work_.begin(), work_.end());
+    std::printf("%-24s work: median %7.4f  99 %% %7.4f  worst %7.4f ms   wall: median %7.4f ms\n",
+                name, work_[work_.size() / 2], work_[work_.size() * 99 / 100], work_.back(),
+                wall_[wall_.size() / 2]);
   }
 
  private:
-  std::vector<double> times_;
+  std::vector<double> wall_;
+  std::vector<double> work_;
 };
 
 }  // namespace bench

@@ -149,11 +149,12 @@ std::string local_path(const UserData &data, gint64 nfid) {
   });
 }
 
-gint64 naid_of_folder(const UserData &data, std::string_view path) {
-  return data.with([&](const Database &database) {
-    const Statement statement = database.prepare("SELECT naid FROM albums WHERE path = ?");
-    Cursor row(statement, path);
-    return row.next() ? row.integer(0) : gint64{0};
+std::unordered_map<std::string, gint64> naids_of_folders(const UserData &data) {
+  return data.with([](const Database &database) {
+    std::unordered_map<std::string, gint64> naids;
+    const Statement statement = database.prepare("SELECT path, naid FROM albums");
+    for (Cursor row(statement); row.next();) naids.emplace(row.text(0), row.integer(1));
+    return naids;
   });
 }
 

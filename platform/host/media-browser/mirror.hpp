@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "media-browser/user-data.hpp"
@@ -58,8 +59,8 @@ std::vector<gint64> local_copies(const UserData &data);
 /// Path of the local copy; empty when there is none.
 std::string local_path(const UserData &data, gint64 nfid);
 
-/// The web album that a folder belongs to; 0 for none.
-gint64 naid_of_folder(const UserData &data, std::string_view path);
+/// The web albums that folders belong to, by their paths.
+std::unordered_map<std::string, gint64> naids_of_folders(const UserData &data);
 [[nodiscard]] bool set_naid_of_folder(const UserData &data, std::string_view path, gint64 naid);
 
 /// Tells the registered callbacks. Called on the service's thread, with no lock held.

@@ -36,29 +36,48 @@ struct OrderBuilder::Place {
 };
 
 OrderBuilder::OrderBuilder(const Database &database)
-    : date_of_class_(database.prepare("SELECT id, date FROM files INDEXED BY files_by_date "
-                                      "WHERE class = ? ORDER BY date, id")),
-      size_of_class_(database.prepare("SELECT id, size FROM files INDEXED BY files_by_size "
-                                      "WHERE class = ? ORDER BY size, id")),
-      all_by_name_(database.prepare("SELECT id, class FROM files INDEXED BY files_by_name "
+    : all_by_name_(database.prepare("SELECT id, class FROM files INDEXED BY files_by_name "
                                     "ORDER BY name COLLATE filename, album, class, id")),
       date_of_id_(database.prepare("SELECT date FROM files WHERE id = ?")),
       size_of_id_(database.prepare("SELECT size FROM files WHERE id = ?")),
       name_of_id_(database.prepare("SELECT name, album FROM files WHERE id = ?")),
-      class_of_id_(database.prepare("SELECT class FROM files WHERE id = ?")) {}
+      class_of_id_(database.prepare("SELECT class FROM files WHERE id = ?")) {
+  for (std::size_t at = 0; at < kClasses.size(); ++at) {
+    dates_of_class_[at] = database.prepare(
+        "SELECT id, date FROM files INDEXED BY files_by_date WHERE class = ? ORDER BY date, id");
+    sizes_of_class_[at] = database.prepare(
+        "SELECT id, size FROM files INDEXED BY files_by_size WHERE class = ? ORDER BY size, id");
+  }
+}
 
-std::vector<gint32> OrderBuilder::by_number(const Statement &of_class, ClassMask mask) const {
-  std::vector<std::pair<gint64, gint32>> rows;
+std::vector<gint32> OrderBuilder::by_number(const OfClass &of_class, ClassMask mask) const {
+  // One walk for each class at the same time, so that a million rows need no room beside the ids.
+  std::vector<std::unique_ptr<Cursor>> walks;
+  std::vector<std::pair<gint64, gint32>> heads;
+  const auto take = [](Cursor &walk) { return std::pair(walk.integer(1), walk.number(0)); };
   for (std::size_t at = 0; at < kClasses.size(); ++at) {
     if ((mask >> at & 1) == 0) continue;
-    const auto middle = static_cast<std::ptrdiff_t>(rows.size());
-    Cursor row(of_class, kClasses[at]);
-    while (row.next()) rows.emplace_back(row.integer(1), row.number(0));
-    if (row.failed()) throw Failure{};
-    std::inplace_merge(rows.begin(), rows.begin() + middle, rows.end());
+    auto walk = std::make_unique<Cursor>(of_class[at], kClasses[at]);
+    if (walk->next()) {
+      heads.push_back(take(*walk));
+      walks.push_back(std::move(walk));
+    } else if (walk->failed()) {
+      throw Failure{};
+    }
   }
-  std::vector<gint32> ids(rows.size());
-  std::transform(rows.begin(), rows.end(), ids.begin(), [](const auto &row) { return row.second; });
+  std::vector<gint32> ids;
+  while (!walks.empty()) {
+    const auto at =
+        static_cast<std::size_t>(std::min_element(heads.begin(), heads.end()) - heads.begin());
+    ids.push_back(heads[at].second);
+    if (walks[at]->next()) {
+      heads[at] = take(*walks[at]);
+      continue;
+    }
+    if (walks[at]->failed()) throw Failure{};
+    walks.erase(walks.begin() + static_cast<std::ptrdiff_t>(at));
+    heads.erase(heads.begin() + static_cast<std::ptrdiff_t>(at));
+  }
   return ids;
 }
 
@@ -79,13 +98,13 @@ std::shared_ptr<const Order> OrderBuilder::build(const OrderKey &key) const try 
       ids = by_name(key.mask);
       break;
     case SortKey::kDate:
-      ids = by_number(date_of_class_, key.mask);
+      ids = by_number(dates_of_class_, key.mask);
       break;
     case SortKey::kSize:
-      ids = by_number(size_of_class_, key.mask);
+      ids = by_number(sizes_of_class_, key.mask);
       break;
     case SortKey::kAdded:
-      ids = by_number(date_of_class_, key.mask);
+      ids = by_number(dates_of_class_, key.mask);
       std::sort(ids.begin(), ids.end());
       break;
   }

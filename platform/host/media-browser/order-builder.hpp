@@ -1,6 +1,7 @@
 /// Orders made from the index. Index thread.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -27,13 +28,15 @@ class OrderBuilder {
  private:
   struct Place;
   struct Failure {};
+  /// The same question for each class, so that all can be answered at once.
+  using OfClass = std::array<Statement, kClasses.size()>;
 
   [[nodiscard]] Place place_of(SortKey key, gint32 id) const;
-  [[nodiscard]] std::vector<gint32> by_number(const Statement &of_class, ClassMask mask) const;
+  [[nodiscard]] std::vector<gint32> by_number(const OfClass &of_class, ClassMask mask) const;
   [[nodiscard]] std::vector<gint32> by_name(ClassMask mask) const;
 
-  Statement date_of_class_;
-  Statement size_of_class_;
+  OfClass dates_of_class_;
+  OfClass sizes_of_class_;
   Statement all_by_name_;
   Statement date_of_id_;
   Statement size_of_id_;

@@ -44,6 +44,7 @@ Reader::Statements::Statements(const Database &database)
       album_of_path(database.prepare("SELECT id FROM albums WHERE path = ?")),
       file_of_name(database.prepare("SELECT id FROM files INDEXED BY files_by_name "
                                     "WHERE name = ? COLLATE filename AND album = ? AND class > 0")),
+      date_of_id(database.prepare("SELECT date FROM files WHERE id = ? AND class > 0")),
       newest(database.prepare("SELECT date, id FROM files INDEXED BY files_by_date "
                               "WHERE class = ? ORDER BY date DESC, id DESC LIMIT ?")),
       oldest(database.prepare("SELECT date, id FROM files INDEXED BY files_by_date "
@@ -66,7 +67,16 @@ Reader::Statements::Statements(const Database &database)
       album_sizes(database.prepare("SELECT id, class, size FROM files INDEXED BY files_by_album "
                                    "WHERE album = ? AND class > 0")),
       album_names(database.prepare("SELECT id, class, name FROM files INDEXED BY files_by_album "
-                                   "WHERE album = ? AND class > 0")) {}
+                                   "WHERE album = ? AND class > 0")) {
+  for (std::size_t at = 0; at < kClasses.size(); ++at) {
+    from_date[at] = database.prepare(
+        "SELECT date, id, album, name, user_flags, nfid FROM files INDEXED BY files_by_date "
+        "WHERE class = ?1 AND (date, id) >= (?2, ?3) ORDER BY date, id");
+    back_from_date[at] = database.prepare(
+        "SELECT date, id, album, name, user_flags, nfid FROM files INDEXED BY files_by_date "
+        "WHERE class = ?1 AND (date, id) <= (?2, ?3) ORDER BY date DESC, id DESC");
+  }
+}
 
 AlbumRow Reader::album_from(const Cursor &row) const {
   AlbumRow album;

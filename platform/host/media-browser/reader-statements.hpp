@@ -1,6 +1,8 @@
 /// The questions that the service's readers ask.
 #pragma once
 
+#include <array>
+
 #include "media-browser/reader.hpp"
 
 namespace phone::media {
@@ -13,6 +15,10 @@ struct Reader::Statements {
   Statement place;
   Statement album_of_path;
   Statement file_of_name;
+
+  /// Rows in the order of dates from a place on, one walk for each class, both ways.
+  std::array<Statement, kClasses.size()> from_date, back_from_date;
+  Statement date_of_id;
 
   // The first rows of an order, without the order.
   Statement newest, oldest, largest, smallest;

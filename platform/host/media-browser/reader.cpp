@@ -191,25 +191,21 @@ std::optional<Reader::File> Reader::read_file(gint32 id) {
   const Place &place = place_of(file.album);
   file.folder = place.path;
   file.device = place.device;
-  const Views::Marks marks = shared_.views.marks_of(id);
-  file.user_flags = marks.flags.value_or(file.user_flags);
-  file.nfid = marks.nfid.value_or(file.nfid);
+  show_marks(id, file);
   return file;
 }
 
-std::vector<std::optional<Reader::File>> Reader::files(const std::vector<gint32> &ids) {
-  std::vector<std::optional<File>> result(ids.size());
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return result;
-  // One transaction: otherwise each row takes and gives back the lock of the file.
-  database_.run("BEGIN");
-  std::transform(ids.begin(), ids.end(), result.begin(),
-                 [this](gint32 id) { return read_file(id); });
-  database_.run("COMMIT");
-  return result;
+void Reader::show_marks(gint32 id, File &file) const {
+  const Views::Marks marks = shared_.views.marks_of(id);
+  file.user_flags = marks.flags.value_or(file.user_flags);
+  file.nfid = marks.nfid.value_or(file.nfid);
 }
 
-std::optional<Reader::File> Reader::file(gint32 id) { return files({id}).front(); }
+std::optional<Reader::File> Reader::file(gint32 id) {
+  const std::scoped_lock lock(mutex_);
+  if (!ready()) return std::nullopt;
+  return read_file(id);
+}
 
 gint32 Reader::id_of_path(std::string_view path) {
   const std::size_t slash = path.rfind('/');

@@ -44,8 +44,10 @@ class Reader {
 
     [[nodiscard]] bool gone() const { return file_class == 0; }
   };
-  [[nodiscard]] std::vector<std::optional<File>> files(const std::vector<gint32> &ids);
   [[nodiscard]] std::optional<File> file(gint32 id);
+  /// Files of a page, without device and state. Cheapest for pages in the order of dates.
+  [[nodiscard]] std::vector<std::optional<File>> files(const Sort &sort, ClassMask mask,
+                                                       const std::vector<gint32> &ids);
   /// @return 0 when it is not known
   [[nodiscard]] gint32 id_of_path(std::string_view path);
 
@@ -66,6 +68,9 @@ class Reader {
   bool ready();
   bool good(const Cursor &row);
   [[nodiscard]] std::optional<File> read_file(gint32 id);
+  void show_marks(gint32 id, File &file) const;
+  void read_by_date(bool reversed, ClassMask mask, const std::vector<gint32> &ids,
+                    std::vector<std::optional<File>> &files);
   [[nodiscard]] std::optional<gint64> counted(ClassMask mask);
   [[nodiscard]] std::vector<gint32> first_rows(const Sort &sort, ClassMask mask, gint64 count);
   [[nodiscard]] std::vector<gint32> first_by_number(const Statement &statement, bool reversed,

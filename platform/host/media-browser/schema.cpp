@@ -11,6 +11,7 @@ namespace {
 /// What takes a file from a version to the next one; element n leads to version n + 1.
 using Migrations = std::span<const char *const>;
 
+// files_by_date holds all that a page of rows shows, so that a page is read from one place.
 // class: 0 for a file that has gone, else the kind with 16 added in a camera folder.
 constexpr std::array<const char *, kIndexVersion> kIndexMigrations{R"sql(
 CREATE TABLE meta(key TEXT PRIMARY KEY, value) WITHOUT ROWID;
@@ -46,7 +47,7 @@ CREATE TABLE files(
   nfid INTEGER NOT NULL DEFAULT 0,
   gone INTEGER NOT NULL DEFAULT 0);
 CREATE INDEX files_by_name ON files(name COLLATE filename, album, class);
-CREATE INDEX files_by_date ON files(class, date);
+CREATE INDEX files_by_date ON files(class, date, id, album, name, user_flags, nfid);
 CREATE INDEX files_by_size ON files(class, size);
 CREATE INDEX files_by_album ON files(album, class, date);
 CREATE INDEX files_by_inode ON files(inode);

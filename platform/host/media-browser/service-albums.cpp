@@ -32,10 +32,12 @@ std::string cover_of(Index &index, const AlbumRow &album) {
   return file && !file->gone() ? cached_thumbnail(file->device, file->state) : std::string();
 }
 
-ListedAlbum listed(Index &index, const AlbumRow &row) {
+using Naids = std::unordered_map<std::string, gint64>;
+
+ListedAlbum listed(Index &index, const AlbumRow &row, const Naids &naids) {
   ListedAlbum album;
   album.id = row.id;
-  album.naid = mirror::naid_of_folder(index.user_data(), row.path);
+  if (const auto naid = naids.find(row.path); naid != naids.end()) album.naid = naid->second;
   album.name = name_of_folder(row.path);
   album.cover = cover_of(index, row);
   return album;
@@ -76,7 +78,9 @@ std::optional<ListedAlbum> find_album(Index &index, gint id) {
     return row ? std::optional(listed(*row)) : std::nullopt;
   }
   const auto row = index.reader().album(id);
-  return row && !row->path.empty() ? std::optional(listed(index, *row)) : std::nullopt;
+  return row && !row->path.empty()
+             ? std::optional(listed(index, *row, mirror::naids_of_folders(index.user_data())))
+             : std::nullopt;
 }
 
 }  // namespace
@@ -104,9 +108,10 @@ gboolean fm_svc_mb_get_all_albums_ex(gint sort, guint32 flags, GList **albums, g
   const auto rows = index->reader().albums();
   index->check_after_reading();
   if (!rows) return fail(error, kNotRead);
+  const Naids naids = mirror::naids_of_folders(index->user_data());
   std::vector<SortedAlbum> all;
   for (const AlbumRow &row : *rows) {
-    all.push_back({listed(*index, row), row.newest, row.oldest, row.pictures + row.videos});
+    all.push_back({listed(*index, row, naids), row.newest, row.oldest, row.pictures + row.videos});
   }
   if ((flags & FM_ALBUMS_WITHOUT_WEB) == 0) {
     for (const mirror::Album &row : mirror::albums(index->user_data())) {

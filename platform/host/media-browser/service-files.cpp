@@ -79,9 +79,10 @@ gboolean fm_svc_mb_get_list(const gchar *path, gint, gint sort, gint64 filter, g
   if (!is_whole_tree(path)) return fail(error, kBadArgument);
   const auto index = Index::current();
   if (index == nullptr) return fail(error, kNotRunning);
-  const std::vector<gint32> ids =
-      index->reader().page(sort_of(sort), classes_of(filter), first, last);
-  const auto files = index->reader().files(ids);
+  const Sort order = sort_of(sort);
+  const ClassMask mask = classes_of(filter);
+  const std::vector<gint32> ids = index->reader().page(order, mask, first, last);
+  const auto files = index->reader().files(order, mask, ids);
   index->check_after_reading();
   GList *records = nullptr;
   for (std::size_t at = ids.size(); at-- > 0;) {

@@ -59,7 +59,7 @@ bool UserData::set(std::string_view path, const FileState &state, const File &fi
   return kept;
 }
 
-bool UserData::follow(const std::vector<Change> &changes, const std::vector<std::string> &gone) {
+bool UserData::follow(const News &news) {
   const std::scoped_lock lock(mutex_);
   return change_locked([&](const Database &database) {
     // Two files may swap their names, so every row leaves its path before any takes its new one.
@@ -71,18 +71,23 @@ bool UserData::follow(const std::vector<Change> &changes, const std::vector<std:
         "WHERE path = ':' || ?1 || ?2");
     const Statement go = database.prepare("UPDATE files SET gone = 1 WHERE path = ?");
     bool good = true;
-    for (const std::string &path : gone) good = good && Cursor(go, path).run();
+    for (const std::string &path : news.gone) good = good && Cursor(go, path).run();
     int number = 0;
-    for (const Change &change : changes) {
+    for (const Change &change : news.changes) {
       good = good &&
              Cursor(leave, ++number, std::string_view(change.old_path), change.old_inode).run();
     }
     number = 0;
-    for (const Change &change : changes) {
+    for (const Change &change : news.changes) {
       good = good && Cursor(arrive, ++number, std::string_view(change.old_path),
                             std::string_view(change.new_path), change.new_state.inode,
                             change.new_state.size, change.new_state.mtime)
                          .run();
+    }
+    const Statement folder =
+        database.prepare("UPDATE OR REPLACE albums SET path = ?2 WHERE path = ?1");
+    for (const auto &[old_path, new_path] : news.folders) {
+      good = good && Cursor(folder, std::string_view(old_path), std::string_view(new_path)).run();
     }
     return good && database.run(kCountUp) == SQLITE_OK;
   });

@@ -44,8 +44,15 @@ class UserData {
   /// @return false when it could not be written; nothing has changed then
   [[nodiscard]] bool set(std::string_view path, const FileState &state, const File &file);
 
-  /// Follows files that were renamed or changed, and those that have gone.
-  bool follow(const std::vector<Change> &changes, const std::vector<std::string> &gone);
+  /// What has happened to files and folders since people said something about them.
+  struct News {
+    std::vector<Change> changes;    ///< files that were renamed or changed
+    std::vector<std::string> gone;  ///< files
+    std::vector<std::pair<std::string, std::string>> folders;  ///< old and new paths
+
+    [[nodiscard]] bool empty() const { return changes.empty() && gone.empty() && folders.empty(); }
+  };
+  bool follow(const News &news);
 
   /// Walks everything that is known of files that have not gone.
   void each(const std::function<void(std::string_view path, const File &file)> &visit) const;

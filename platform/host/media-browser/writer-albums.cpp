@@ -58,7 +58,7 @@ void Writer::move_folder(gint32 id, const Folder &folder) {
   const std::vector<gint32> ids = tables_->ids_of_album(id);
   touched_.insert(touched_.end(), ids.begin(), ids.end());
   for (const FileRow &file : tables_->told_of_album(id)) {
-    user_changes_.push_back(
+    user_news_.changes.push_back(
         {join(old_path, file.name), file.state.inode, join(folder.path, file.name), file.state});
   }
   if (album.camera != folder.camera) {
@@ -109,7 +109,7 @@ void Writer::lose_folder(gint32 id) {
   AlbumRow &album = found->second;
   const std::vector<gint32> ids = tables_->ids_of_album(id);
   touched_.insert(touched_.end(), ids.begin(), ids.end());
-  for (const FileRow &file : tables_->told_of_album(id)) user_losses_.push_back(path_of(file));
+  for (const FileRow &file : tables_->told_of_album(id)) user_news_.gone.push_back(path_of(file));
   tables_->bury_album(id, g_get_real_time() / G_USEC_PER_SEC);
   leave_counts(album);
   album.pictures = album.videos = 0;

@@ -81,7 +81,7 @@ void Writer::replace(const FileRow &row, AlbumRow &album, const Found &found) {
     std::string old_path = path_of(row);
     std::string new_path = join(album.path, found.name);
     if (old_path.empty()) old_path = new_path;
-    user_changes_.push_back(
+    user_news_.changes.push_back(
         {std::move(old_path), row.state.inode, std::move(new_path), found.state});
   }
   tables_->store_file(row.id, album.id, file_class, found);
@@ -95,7 +95,7 @@ void Writer::replace(const FileRow &row, AlbumRow &album, const Found &found) {
 }
 
 void Writer::bury(const FileRow &row) {
-  if (row.has_user_data()) user_losses_.push_back(path_of(row));
+  if (row.has_user_data()) user_news_.gone.push_back(path_of(row));
   tables_->set_class(row.id, 0, g_get_real_time() / G_USEC_PER_SEC);
   --counts_[row.file_class];
   count_out(albums_.at(row.album), row);

@@ -202,18 +202,13 @@ void Writer::commit() {
   gint64 files = 0;
   for (const auto &[file_class, number] : counts_) files += number;
   shared_.progress.set_media_files(static_cast<guint64>(files));
-  if (!user_changes_.empty() || !user_losses_.empty()) {
-    user_data_.follow(user_changes_, user_losses_);
-    user_changes_.clear();
-    user_losses_.clear();
-  }
+  if (!user_news_.empty()) user_data_.follow(std::exchange(user_news_, {}));
 }
 
 void Writer::fail(const IndexFailure &failure) {
   database_.run("ROLLBACK");
   in_transaction_ = false;
-  user_changes_.clear();
-  user_losses_.clear();
+  user_news_ = {};
   // Readers go on without these files, although the index could not forget them.
   buried_for_readers_.clear();
   if (is_damage(failure.code)) {

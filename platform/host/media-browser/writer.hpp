@@ -122,8 +122,7 @@ class Writer {
   Clock::time_point began_;
   std::set<gint32> changed_albums_;
   std::set<gint32> stale_albums_;
-  std::vector<UserData::Change> user_changes_;
-  std::vector<std::string> user_losses_;
+  UserData::News user_news_;
 
   bool scanning_ = false;
   /// SQLite's code for why nothing is stored until the next scan; 0 when it is.
