@@ -13,9 +13,9 @@ PHONE_BEGIN_DECLS
 
 #define FEXPLORER_PATH_SIZE 265 /**< bytes of a full path with its NUL */
 
-#define FEXPLORER_ERROR_IN_USE 8     /**< the file is open */
-#define FEXPLORER_ERROR_LOCKED 10    /**< the file is locked against changes */
-#define FEXPLORER_ERROR_NO_ACCESS 23 /**< the file may not be written */
+#define FEXPLORER_ERROR_IN_USE 8     /**< the file is open or locked against changes */
+#define FEXPLORER_ERROR_NO_FILE 10   /**< there is no such file */
+#define FEXPLORER_ERROR_NO_ACCESS 23 /**< write-protected, or no right to remove it */
 
 /**
  * Connects to the file explorer's database. Calls nest: each needs its fexplorer_finalize().
@@ -61,10 +61,11 @@ gboolean fexplorer_get_exif_orientation(const gchar *path, gint *orientation);
 gboolean fexplorer_set_file_open_status(const gchar *path, gint open);
 
 /**
- * Deletes a file.
+ * Moves a file to the desktop's Trash, on the file's own volume. Nothing is deleted for good.
  *
  * @param path (transfer none) full path
- * @return 0 when it was deleted, else an error code; the file is then untouched
+ * @return 0 when it was deleted, else one of the codes above or another by cause (the volume
+ *         has no Trash, the path is a folder); the file is then untouched
  */
 gint fexplorer_delete_file_only(const gchar *path);
 
@@ -77,7 +78,7 @@ gint fexplorer_delete_file_only(const gchar *path);
 gint fexplorer_archive_file_only(const gchar *path);
 
 /**
- * Tells whether a file is locked against changes.
+ * Tells whether a file is locked against changes: nobody may write it, or it is immutable.
  *
  * @param path (transfer none) full path
  * @param locked set to the answer

@@ -13,7 +13,7 @@ constexpr gint kDialogTimeoutMs = 2000;
 
 constexpr gint kTitle = 10239;
 constexpr gint kInUseText = 1062;
-constexpr gint kLockedText = 1063;
+constexpr gint kNoFileText = 1063;
 constexpr gint kNoAccessText = 1073;
 constexpr gint kOtherText = 10114;
 
@@ -21,8 +21,8 @@ gint text_of_error(gint error) {
   switch (error) {
     case FEXPLORER_ERROR_IN_USE:
       return kInUseText;
-    case FEXPLORER_ERROR_LOCKED:
-      return kLockedText;
+    case FEXPLORER_ERROR_NO_FILE:
+      return kNoFileText;
     case FEXPLORER_ERROR_NO_ACCESS:
       return kNoAccessText;
     default:
