@@ -16,6 +16,11 @@ GdkPixmap *CellCache::find(int row) const {
   return cell == cells_.end() || cell->second.stale ? nullptr : cell->second.surface.get();
 }
 
+GdkPixmap *CellCache::find_outdated(int row) const {
+  const auto cell = cells_.find(row);
+  return cell == cells_.end() ? nullptr : cell->second.surface.get();
+}
+
 GdkPixmap *CellCache::prepare(int row, GdkWindow *window, int width, int height) {
   Cell &cell = cells_[row];
   cell.stale = false;

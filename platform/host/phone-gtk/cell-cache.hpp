@@ -15,6 +15,8 @@ class CellCache {
  public:
   /// The picture of a row; nullptr when it has to be drawn (again).
   [[nodiscard]] GdkPixmap *find(int row) const;
+  /// The same, or what the row looked like before; nullptr when it was never drawn.
+  [[nodiscard]] GdkPixmap *find_outdated(int row) const;
   /// A surface for drawing a row, which counts as drawn from now on.
   GdkPixmap *prepare(int row, GdkWindow *window, int width, int height);
   void mark_stale(int row);

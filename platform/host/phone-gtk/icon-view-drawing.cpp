@@ -135,10 +135,9 @@ void draw_cell(PhoneIconView *view, int row, GdkPixmap *surface) {
   draw_selection(view, surface, selected);
 }
 
-/// The cell's picture, drawn now if need be; nullptr when the model changed under the drawing.
-GdkPixmap *picture_of(PhoneIconView *view, int row) {
+/// Draws a cell; nullptr when the model changed under the drawing.
+GdkPixmap *draw_picture_of(PhoneIconView *view, int row) {
   auto &priv = private_of(view);
-  if (GdkPixmap *ready = priv.cells.find(row)) return ready;
   const unsigned generation = priv.model_generation;
   priv.drawing_row = row;
   load_renderer(view, row);
@@ -224,6 +223,48 @@ RowRange rows_worth_keeping(RowRange visible) {
   return {visible.first - screen, last};
 }
 
+/// Cells that one repaint may still draw. The first is always drawn, so that repaints get on.
+class Budget {
+ public:
+  explicit Budget(gint64 us) : deadline_(g_get_monotonic_time() + us) {}
+  bool take() {
+    if (used_ && g_get_monotonic_time() >= deadline_) return false;
+    used_ = true;
+    return true;
+  }
+
+ private:
+  gint64 deadline_;
+  bool used_ = false;
+};
+
+void copy_to_screen(PhoneIconView *view, GdkWindow *window, GdkPixmap *picture,
+                    const GdkRectangle &cell) {
+  gdk_draw_drawable(window, style_of(view)->base_gc[GTK_STATE_NORMAL], picture, 0, 0, cell.x,
+                    cell.y, cell.width, cell.height);
+}
+
+/// True when the cells are on screen; false when the model changed under the drawing.
+bool draw_rows(PhoneIconView *view, GdkEventExpose *event, RowRange rows) {
+  auto &priv = private_of(view);
+  const unsigned generation = priv.model_generation;
+  Budget budget(priv.paint_budget_us);
+  for (int row = rows.first; row <= rows.last; ++row) {
+    const GdkRectangle cell = cell_on_screen(view, row);
+    if (gdk_region_rect_in(event->region, &cell) == GDK_OVERLAP_RECTANGLE_OUT) continue;
+    GdkPixmap *picture = priv.cells.find(row);
+    if (picture == nullptr && budget.take()) {
+      picture = draw_picture_of(view, row);
+      if (priv.model_generation != generation || row >= priv.grid.rows) return false;
+    } else if (picture == nullptr) {
+      picture = priv.cells.find_outdated(row);
+      gdk_window_invalidate_rect(event->window, &cell, FALSE);
+    }
+    if (picture != nullptr) copy_to_screen(view, event->window, picture, cell);
+  }
+  return true;
+}
+
 void draw_cells(PhoneIconView *view, GdkEventExpose *event) {
   auto &priv = private_of(view);
   const RowRange visible = visible_rows(view);
@@ -231,19 +272,20 @@ void draw_cells(PhoneIconView *view, GdkEventExpose *event) {
     priv.cells.keep_only({});
     return;
   }
-  const unsigned generation = priv.model_generation;
   const DrawingPass pass(priv.model.get(), visible.first, visible.last);
   priv.cells.keep_only(rows_worth_keeping(visible));
-  GdkGC *gc = style_of(view)->base_gc[GTK_STATE_NORMAL];
-  for (int row = visible.first; row <= visible.last; ++row) {
-    const GdkRectangle cell = cell_on_screen(view, row);
-    if (gdk_region_rect_in(event->region, &cell) == GDK_OVERLAP_RECTANGLE_OUT) continue;
-    GdkPixmap *picture = picture_of(view, row);
-    if (priv.model_generation != generation || row >= priv.grid.rows) return;
-    if (picture == nullptr) continue;
-    gdk_draw_drawable(event->window, gc, picture, 0, 0, cell.x, cell.y, cell.width, cell.height);
-  }
-  empty_renderer(view);
+  if (draw_rows(view, event, visible)) empty_renderer(view);
+}
+
+/// Shows that a touch was felt.
+void draw_press(PhoneIconView *view, GdkWindow *window) {
+  const auto &pointer = private_of(view).pointer;
+  if (pointer.gesture != Gesture::kPress || pointer.pressed_row < 0) return;
+  const GdkRectangle cell = cell_on_screen(view, pointer.pressed_row);
+  const CairoPtr cairo(gdk_cairo_create(window));
+  cairo_set_source_rgba(cairo.get(), 1, 1, 1, 0.2);
+  gdk_cairo_rectangle(cairo.get(), &cell);
+  cairo_fill(cairo.get());
 }
 
 }  // namespace
@@ -253,6 +295,7 @@ gboolean on_expose(GtkWidget *widget, GdkEventExpose *event) {
   if (event->window != content_window(view)) return FALSE;
   auto &priv = private_of(view);
   draw_cells(view, event);
+  draw_press(view, event->window);
   if (priv.cursor >= 0 && gtk_widget_has_focus(widget)) {
     draw_focus(view, event->window, cell_on_screen(view, priv.cursor));
   }

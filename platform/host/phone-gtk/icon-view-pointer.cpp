@@ -36,6 +36,7 @@ void press_cell(PhoneIconView *view, const GdkEventButton *event, bool stopped_a
   pointer.start_offset = offset_of(view);
   pointer.tracker.reset();
   pointer.tracker.add(event->time, event->y);
+  queue_cell(view, pointer.pressed_row);
 }
 
 void click(PhoneIconView *view, int row, guint state) {
@@ -96,6 +97,7 @@ gboolean on_motion(GtkWidget *widget, GdkEventMotion *event) {
         return TRUE;
       }
       pointer.gesture = Gesture::kDrag;
+      queue_cell(view, pointer.pressed_row);
       [[fallthrough]];
     case Gesture::kDrag:
       drag(view, event->y, event->time);
@@ -109,6 +111,7 @@ gboolean on_button_release(GtkWidget *widget, GdkEventButton *event) {
   auto &pointer = private_of(view).pointer;
   if (event->button != kFirstButton || pointer.gesture == Gesture::kNone) return FALSE;
   const Gesture gesture = std::exchange(pointer.gesture, Gesture::kNone);
+  queue_cell(view, pointer.pressed_row);
   if (gesture == Gesture::kHandle) {
     gtk_widget_queue_draw(widget);
   } else if (gesture == Gesture::kDrag) {
@@ -121,9 +124,19 @@ gboolean on_button_release(GtkWidget *widget, GdkEventButton *event) {
   return TRUE;
 }
 
+gboolean on_scroll(GtkWidget *widget, GdkEventScroll *event) {
+  auto *view = PHONE_ICON_VIEW(widget);
+  if (event->direction != GDK_SCROLL_UP && event->direction != GDK_SCROLL_DOWN) return FALSE;
+  stop_glide(view);
+  settle_layout(view);
+  const int line = private_of(view).grid.pitch();
+  scroll_to(view, offset_of(view) + (event->direction == GDK_SCROLL_UP ? -line : line));
+  return TRUE;
+}
+
 void cancel_gesture(PhoneIconView *view) {
   auto &pointer = private_of(view).pointer;
-  if (pointer.gesture == Gesture::kHandle) gtk_widget_queue_draw(GTK_WIDGET(view));
+  if (pointer.gesture != Gesture::kNone) gtk_widget_queue_draw(GTK_WIDGET(view));
   pointer.gesture = Gesture::kNone;
 }
 

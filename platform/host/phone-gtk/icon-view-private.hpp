@@ -60,6 +60,9 @@ struct PhoneIconViewPrivate {
   phone::gtk::GridGeometry grid;
   bool has_size = false;
   phone::gtk::CellCache cells;
+  /// How long one repaint may draw cells before it leaves the rest to the next, in microseconds:
+  /// a list under the finger moves on while pictures are still coming in.
+  gint64 paint_budget_us = 6000;
   int drawing_row = -1;           ///< being drawn: its own changes are part of the picture
   unsigned model_generation = 0;  ///< a handler may change the model while a pass draws it
   guint numbering = 0;            ///< changes when rows get other numbers
@@ -137,6 +140,7 @@ void bind_keys(GtkIconViewClass *klass);
 gboolean on_button_press(GtkWidget *widget, GdkEventButton *event);
 gboolean on_button_release(GtkWidget *widget, GdkEventButton *event);
 gboolean on_motion(GtkWidget *widget, GdkEventMotion *event);
+gboolean on_scroll(GtkWidget *widget, GdkEventScroll *event);
 void cancel_gesture(PhoneIconView *view);
 
 // icon-view-accessible.cpp

@@ -129,6 +129,7 @@ static void phone_icon_view_class_init(PhoneIconViewClass *klass) {
   widget->button_press_event = phone::gtk::on_button_press;
   widget->button_release_event = phone::gtk::on_button_release;
   widget->motion_notify_event = phone::gtk::on_motion;
+  widget->scroll_event = phone::gtk::on_scroll;
   widget->get_accessible = phone::gtk::get_accessible;
   auto *icons = GTK_ICON_VIEW_CLASS(klass);
   icons->set_scroll_adjustments = phone_icon_view_set_scroll_adjustments;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "phone-gtk/icon-view-private.hpp"
 #include "view-fixture.hpp"
 
 using support::ExpectFinalized;
@@ -284,6 +285,37 @@ TEST_F(IconViewDrawing, SurvivesAHandlerThatShortensTheList) {
   show_without_model();
 
   EXPECT_THAT(signals_, Contains("finalize 1"));
+}
+
+TEST_F(IconViewDrawing, LeavesCellsToTheNextRepaintWhenItTakesTooLong) {
+  show(1000);
+  scroll_to(500 * kPitch + kMargin);
+  take_drawn();
+  phone::gtk::private_of(view()).paint_budget_us = 0;
+
+  gtk_adjustment_set_value(adjustment(), kMargin);
+  gdk_window_process_all_updates();
+
+  EXPECT_THAT(take_drawn(), SizeIs(Le(3U)));
+}
+
+TEST_F(IconViewDrawing, GetsDoneWhateverTheTimeItTakes) {
+  phone::gtk::private_of(view()).paint_budget_us = 0;
+
+  show(1000);
+
+  EXPECT_THAT(take_drawn(), SizeIs(kVisible));
+  EXPECT_EQ(colour_at(400, 799), test::colour_of(17));
+}
+
+TEST_F(IconViewDrawing, ShowsTheOldPictureUntilTheNewOneIsDrawn) {
+  show(1000);
+  phone::gtk::private_of(view()).paint_budget_us = 0;
+
+  phone_icon_view_invalidate_cells(view());
+  gdk_window_process_all_updates();
+
+  EXPECT_EQ(colour_at(400, 799), test::colour_of(17));
 }
 
 TEST_F(IconViewDrawing, WorksWithoutAModel) {

@@ -1,5 +1,7 @@
 #include "view-fixture.hpp"
 
+#include "phone-gtk/icon-view-private.hpp"
+
 #include <utility>
 
 namespace test {
@@ -10,6 +12,8 @@ void ViewFixture::SetUp() {
   window_ = pb::Ref<GtkWidget>::sink(gtk_offscreen_window_new());
   gtk_widget_set_size_request(window_.get(), kWidth, kHeight);
   view_ = pb::Ref<PhoneIconView>::sink(PHONE_ICON_VIEW(phone_icon_view_new()));
+  // A slow machine must not spread a repaint over several.
+  phone::gtk::private_of(view()).paint_budget_us = G_MAXINT;
   phone_icon_view_set_cell_size(view(), kCell, kCell);
   phone_icon_view_set_cell(view(), new_counting_renderer(), "value", 0);
   g_signal_connect(view(), "item-activated", G_CALLBACK(on_activated), this);
@@ -109,6 +113,14 @@ void ViewFixture::send_button(GdkEventType type, double x, double y, guint butto
   event->button.state = state;
   event->button.time = time_ms_;
   event->button.device = gdk_device_get_core_pointer();
+  gtk_main_do_event(event);
+  gdk_event_free(event);
+}
+
+void ViewFixture::turn_wheel(GdkScrollDirection direction) {
+  GdkEvent *event = gdk_event_new(GDK_SCROLL);
+  event->scroll.window = GDK_WINDOW(g_object_ref(content()));
+  event->scroll.direction = direction;
   gtk_main_do_event(event);
   gdk_event_free(event);
 }

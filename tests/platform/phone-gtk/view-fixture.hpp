@@ -46,6 +46,7 @@ class ViewFixture : public support::DisplayTest {
   void focus();
   void press_key(guint keyval, guint state = 0);
   void press(double x, double y, guint button = 1);
+  void turn_wheel(GdkScrollDirection direction);
   void move(double x, double y);
   void release(double x, double y, guint state = 0);
   void click(double x, double y, guint state = 0);

@@ -331,6 +331,27 @@ TEST_F(IconViewPointer, IsNoClickAfterADrag) {
   EXPECT_THAT(activated_, IsEmpty());
 }
 
+TEST_F(IconViewPointer, ShowsThatAPressWasFelt) {
+  show(100);
+
+  press(80, 80);
+  settle();
+  EXPECT_NE(colour_at(80, 80), test::colour_of(0));
+  release(240, 80);
+  settle();
+  EXPECT_EQ(colour_at(80, 80), test::colour_of(0));
+}
+
+TEST_F(IconViewPointer, ScrollsByALineWithTheWheel) {
+  show(1000);
+
+  turn_wheel(GDK_SCROLL_DOWN);
+  turn_wheel(GDK_SCROLL_DOWN);
+  turn_wheel(GDK_SCROLL_UP);
+
+  EXPECT_EQ(offset(), kPitch);
+}
+
 TEST_F(IconViewPointer, DragsNoFurtherThanTheEnds) {
   show(1000);
 
