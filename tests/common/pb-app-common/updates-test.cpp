@@ -224,7 +224,6 @@ class CoverAfterDownload : public Updating {
     fake::take_log();
     fake::take_calls();
   }
-  /// A setter of the update leaks the path before it.
   void TearDown() override {
     list_.reset();
     Updating::TearDown();
@@ -465,13 +464,14 @@ class UpdateItemPixbuf : public Updating {
 };
 
 TEST_F(UpdateItemPixbuf, LogsTheCall) {
+  const pb::StringPtr old(item_->filename);
+
   update(4, TRUE, 9, "/new");
 
   EXPECT_THAT(fake::platform().log,
               Contains(Logged(PB_LOG_WARNING,
                               "[pb_app_common_update_item_pixbuf]********* update_type = 4, "
                               "favourite = 1, nfid = 9 new_path = /new**********\n")));
-  g_free(std::exchange(item_->filename, nullptr));
 }
 
 TEST_F(UpdateItemPixbuf, LogsTheFile) {
