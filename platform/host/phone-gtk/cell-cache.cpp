@@ -59,6 +59,7 @@ void CellCache::keep_only(RowRange rows) {
 }
 
 void CellCache::insert_row(int row) {
+  if (cells_.empty() || cells_.rbegin()->first < row) return;
   std::map<int, Cell> moved;
   for (auto &[number, cell] : cells_) {
     moved.emplace(number < row ? number : number + 1, std::move(cell));
@@ -67,6 +68,7 @@ void CellCache::insert_row(int row) {
 }
 
 void CellCache::delete_row(int row) {
+  if (cells_.empty() || cells_.rbegin()->first < row) return;
   std::map<int, Cell> moved;
   for (auto &[number, cell] : cells_) {
     if (number == row) {

@@ -1,7 +1,7 @@
 /// What the files of PhoneIconView share. A concern a file: icon-view-model.cpp follows the
-/// list, icon-view-drawing.cpp paints, icon-view-scrolling.cpp moves, icon-view-pointer.cpp and
-/// icon-view-keys.cpp listen to the user, icon-view-selection.cpp keeps cursor and selection,
-/// icon-view-accessible.cpp speaks.
+/// list, icon-view-drawing.cpp paints cells, icon-view-decoration.cpp what lies on them,
+/// icon-view-scrolling.cpp moves, icon-view-pointer.cpp and icon-view-keys.cpp listen to the user,
+/// icon-view-selection.cpp keeps cursor and selection, icon-view-accessible.cpp speaks.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -96,8 +96,18 @@ void set_model(PhoneIconView *view, GtkTreeModel *model);
 // icon-view-drawing.cpp
 gboolean on_expose(GtkWidget *widget, GdkEventExpose *event);
 void queue_cell(PhoneIconView *view, int row);
+/// Rows whose drawn cells are kept: scrolling a screen back costs nothing.
+RowRange rows_worth_keeping(RowRange visible);
 /// The cell as it lies on screen, in widget coordinates.
 GdkRectangle cell_on_screen(PhoneIconView *view, int row);
+
+// icon-view-decoration.cpp
+/// Marks on the picture of a cell: its frame and its place to tick.
+void draw_selection(PhoneIconView *view, GdkPixmap *surface, bool selected);
+/// Shows that a touch was felt.
+void draw_press(PhoneIconView *view, GdkWindow *window);
+void draw_focus(PhoneIconView *view, GdkWindow *window);
+void draw_handle(PhoneIconView *view, GdkWindow *window);
 
 // icon-view-scrolling.cpp
 std::int64_t scroll_offset(PhoneIconView *view);

@@ -32,9 +32,8 @@ void change_selection(PhoneIconView *view, const RowSet &selected) {
   if (priv.selected == selected) return;
   const RowSet before = std::exchange(priv.selected, selected);
   // Kept cells are few; the rows that changed may be a million.
-  const RowRange visible = visible_rows(view);
-  const int screen = visible.last - visible.first + 1;
-  for (int row = std::max(visible.first - screen, 0); row <= visible.last + screen; ++row) {
+  const RowRange kept = rows_worth_keeping(visible_rows(view));
+  for (int row = kept.first; row <= kept.last; ++row) {
     if (before.contains(row) == selected.contains(row)) continue;
     priv.cells.mark_stale(row);
     queue_cell(view, row);

@@ -49,6 +49,7 @@ void RowSet::add(RowRange range) {
 }
 
 void RowSet::insert_row(int row) {
+  if (ranges_.empty() || ranges_.rbegin()->second < row) return;
   cut_at(row);
   std::map<int, int> moved(ranges_.begin(), ranges_.lower_bound(row));
   for (auto range = ranges_.lower_bound(row); range != ranges_.end(); ++range) {
@@ -58,6 +59,7 @@ void RowSet::insert_row(int row) {
 }
 
 bool RowSet::delete_row(int row) {
+  if (ranges_.empty() || ranges_.rbegin()->second < row) return false;
   const bool had = contains(row);
   remove({row, row});
   RowSet moved;

@@ -21,6 +21,16 @@ TEST_F(StoreRows, HasTheLengthItIsGiven) {
   EXPECT_EQ(length(), 1'000'000);
 }
 
+TEST_F(StoreRows, MayBeAsManyAsAnIntegerCounts) {
+  gtk_virtual_list_store_set_total_size(store(), G_MAXINT);
+  gtk_virtual_list_store_set_cache_size(store(), 100);
+  gtk_virtual_list_store_set_view_range(store(), G_MAXINT - 20, G_MAXINT - 1);
+
+  set(G_MAXINT - 1, "last");
+
+  EXPECT_EQ(read(G_MAXINT - 1), "last");
+}
+
 TEST_F(StoreRows, AreUnfilledWhenTheyAreNew) {
   gtk_virtual_list_store_set_total_size(store(), 10);
 
