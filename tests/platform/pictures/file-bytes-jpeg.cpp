@@ -121,7 +121,36 @@ Bytes exif_block(const Exif &exif) {
   return out;
 }
 
-Bytes jpeg_of(const GdkPixbuf *pixbuf, bool progressive) {
+namespace {
+
+/// A row as the encoder wants it for inks: what each colour takes away, and no black.
+std::vector<JSAMPLE> row_of_inks(const guchar *rgb, int width) {
+  std::vector<JSAMPLE> row;
+  for (int x = 0; x < width; ++x, rgb += 3) {
+    // Inverted, as the files in use are.
+    row.insert(row.end(), {rgb[0], rgb[1], rgb[2], 255});
+  }
+  return row;
+}
+
+void set_up(jpeg_compress_struct &info, const JpegKind &kind) {
+  info.input_components = kind.inks ? 4 : 3;
+  info.in_color_space = kind.inks ? JCS_CMYK : JCS_RGB;
+  jpeg_set_defaults(&info);
+  jpeg_set_quality(&info, 95, TRUE);
+  if (kind.grey) jpeg_set_colorspace(&info, JCS_GRAYSCALE);
+  if (kind.plain_rgb) jpeg_set_colorspace(&info, JCS_RGB);
+  if (!kind.inks && !kind.plain_rgb) {
+    info.comp_info[0].h_samp_factor = kind.across;
+    info.comp_info[0].v_samp_factor = kind.down;
+  }
+  info.restart_interval = static_cast<unsigned>(kind.restart_interval);
+  if (kind.progressive) jpeg_simple_progression(&info);
+}
+
+}  // namespace
+
+Bytes jpeg_of(const GdkPixbuf *pixbuf, const JpegKind &kind) {
   jpeg_compress_struct info{};
   jpeg_error_mgr errors{};
   info.err = jpeg_std_error(&errors);
@@ -129,18 +158,18 @@ Bytes jpeg_of(const GdkPixbuf *pixbuf, bool progressive) {
   unsigned char *bytes = nullptr;
   unsigned long size = 0;
   jpeg_mem_dest(&info, &bytes, &size);
-  info.image_width = static_cast<JDIMENSION>(gdk_pixbuf_get_width(pixbuf));
+  const int width = gdk_pixbuf_get_width(pixbuf);
+  info.image_width = static_cast<JDIMENSION>(width);
   info.image_height = static_cast<JDIMENSION>(gdk_pixbuf_get_height(pixbuf));
-  info.input_components = 3;
-  info.in_color_space = JCS_RGB;
-  jpeg_set_defaults(&info);
-  jpeg_set_quality(&info, 95, TRUE);
-  if (progressive) jpeg_simple_progression(&info);
+  set_up(info, kind);
   jpeg_start_compress(&info, TRUE);
   while (info.next_scanline < info.image_height) {
-    JSAMPROW row = const_cast<guchar *>(gdk_pixbuf_read_pixels(pixbuf)) +
-                   static_cast<size_t>(info.next_scanline) *
-                       static_cast<size_t>(gdk_pixbuf_get_rowstride(pixbuf));
+    const guchar *pixels =
+        gdk_pixbuf_read_pixels(pixbuf) + static_cast<size_t>(info.next_scanline) *
+                                             static_cast<size_t>(gdk_pixbuf_get_rowstride(pixbuf));
+    std::vector<JSAMPLE> inks;
+    if (kind.inks) inks = row_of_inks(pixels, width);
+    JSAMPROW row = kind.inks ? inks.data() : const_cast<guchar *>(pixels);
     jpeg_write_scanlines(&info, &row, 1);
   }
   jpeg_finish_compress(&info);

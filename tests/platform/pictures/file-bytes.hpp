@@ -39,8 +39,22 @@ struct Exif {
 /// The TIFF structure of an EXIF block.
 Bytes exif_block(const Exif &exif);
 
-/// A JPEG of a picture. `progressive` files tell a coarse picture first.
-Bytes jpeg_of(const GdkPixbuf *pixbuf, bool progressive = false);
+/// How a JPEG is to be made.
+struct JpegKind {
+  bool progressive = false;  ///< tells a coarse picture first
+  bool grey = false;
+  bool inks = false;       ///< four colours
+  bool plain_rgb = false;  ///< colours without the usual transformation
+  int across = 2;          ///< pixels that share a colour
+  int down = 2;
+  int restart_interval = 0;
+};
+
+/// A JPEG of a picture.
+Bytes jpeg_of(const GdkPixbuf *pixbuf, const JpegKind &kind);
+inline Bytes jpeg_of(const GdkPixbuf *pixbuf, bool progressive = false) {
+  return jpeg_of(pixbuf, JpegKind{.progressive = progressive});
+}
 /// The same with one more segment behind the beginning: 0xe1 and so on, without its length.
 Bytes with_segment(const Bytes &jpeg, int marker, const Bytes &contents);
 Bytes with_exif(const Bytes &jpeg, const Exif &exif);

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "pictures/decoder/coarse-jpeg.hpp"
+#include "pictures/decoder/whole-file.hpp"
+
 namespace phone::pictures {
 namespace {
 
@@ -16,6 +19,14 @@ wire::Status why_refused(const Header &header) {
   return large ? wire::Status::kTooLarge : wire::Status::kUnknown;
 }
 
+/// Where a pixel for each block of 8 by 8 is enough, large photographs have a quicker decoder.
+PixbufRef decode_large_jpeg(int fd, const Header &header, Size wanted) {
+  constexpr gint64 kLarge = 1'000'000;
+  const gint64 pixels = static_cast<gint64>(header.width) * header.height;
+  const bool coarse = wanted.width <= header.width / 8 && wanted.height <= header.height / 8;
+  return pixels >= kLarge && coarse ? decode_coarse_jpeg(read_whole_file(fd)) : PixbufRef();
+}
+
 Decoded decode_format(int fd, const Header &header, Size wanted, bool preview) {
   if (header.format == Format::kHeif || header.format == Format::kAvif) {
     return decode_heif(fd, wanted);
@@ -23,6 +34,7 @@ Decoded decode_format(int fd, const Header &header, Size wanted, bool preview) {
   if (header.format != Format::kJpeg) return decode_with_loader(fd, header);
   PixbufRef pixbuf;
   if (preview) pixbuf = decode_preview(fd, header, wanted);
+  if (!pixbuf) pixbuf = decode_large_jpeg(fd, header, wanted);
   if (!pixbuf) pixbuf = decode_jpeg(fd, wanted);
   return {pixbuf ? wire::Status::kOk : wire::Status::kDamaged, pixbuf};
 }

@@ -1,36 +1,17 @@
 #include <libheif/heif.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
 #include <vector>
 
 #include "pictures/decoder/decode.hpp"
+#include "pictures/decoder/whole-file.hpp"
 
 namespace phone::pictures {
 namespace {
 
-constexpr off_t kLargestFile = 256 * 1024 * 1024;
-
 using ContextPtr = std::unique_ptr<heif_context, pb::FreeWith<heif_context_free>>;
 using HandlePtr = std::unique_ptr<const heif_image_handle, pb::FreeWith<heif_image_handle_release>>;
 using ImagePtr = std::unique_ptr<heif_image, pb::FreeWith<heif_image_release>>;
-
-std::vector<std::byte> read_whole(int fd) {
-  struct stat info;
-  if (fstat(fd, &info) != 0 || info.st_size <= 0 || info.st_size > kLargestFile) return {};
-  std::vector<std::byte> data(static_cast<size_t>(info.st_size));
-  size_t filled = 0;
-  while (filled < data.size()) {
-    const ssize_t got =
-        pread(fd, data.data() + filled, data.size() - filled, static_cast<off_t>(filled));
-    if (got <= 0) break;
-    filled += static_cast<size_t>(got);
-  }
-  data.resize(filled);
-  return data;
-}
 
 /// A thumbnail inside the file that is large enough, else the picture itself.
 HandlePtr smallest_sufficient(HandlePtr main, Size wanted) {
@@ -72,7 +53,7 @@ wire::Status status_of(const heif_error &error) {
 }  // namespace
 
 Decoded decode_heif(int fd, Size wanted) {
-  const std::vector<std::byte> data = read_whole(fd);
+  const std::vector<std::byte> data = read_whole_file(fd);
   const ContextPtr context(heif_context_alloc());
   heif_error error =
       heif_context_read_from_memory_without_copy(context.get(), data.data(), data.size(), nullptr);
