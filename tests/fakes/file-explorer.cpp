@@ -15,7 +15,7 @@ void fake::set_file_defaults(Platform &phone) {
   };
   phone.fexplorer_finalize = [] { return TRUE; };
   phone.fexplorer_get_full_path = [](const gchar *rel_path, gint storage, gchar *full_path) {
-    g_snprintf(full_path, FEXPLORER_PATH_SIZE, "/storage-%d/%s", storage,
+    g_snprintf(full_path, FEXPLORER_PATH_SIZE, "%s/%s", storage == 0 ? "" : "/card",
                rel_path[0] == '/' ? rel_path + 1 : rel_path);
     return TRUE;
   };

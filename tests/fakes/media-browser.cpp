@@ -98,6 +98,7 @@ namespace {
 std::pair<std::string, std::string> split_path(const std::string &path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return {"", path};
+  if (slash == 0) return {"/", path.substr(1)};
   return {path.substr(0, slash), path.substr(slash + 1)};
 }
 
