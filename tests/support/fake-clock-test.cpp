@@ -2,8 +2,6 @@
 
 #include <gdk/gdk.h>
 
-#include <thread>
-
 #include "support/glib-test.hpp"
 
 namespace {
@@ -180,14 +178,6 @@ TEST_F(FakeClock, TellsTheEndOnce) {
   g_source_remove(id);
 
   EXPECT_THAT(trace_, ElementsAre("a", "a ended", "b ended"));
-}
-
-TEST_F(FakeClock, TakesSourcesFromAThread) {
-  std::thread([this] { gdk_threads_add_idle(run_step, &a_); }).join();
-
-  fake::run_idles();
-
-  EXPECT_THAT(trace_, ElementsAre("a"));
 }
 
 gboolean note_real_source(gpointer data) {

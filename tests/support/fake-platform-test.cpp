@@ -2,8 +2,6 @@
 
 #include <debug-log.h>
 
-#include <thread>
-
 namespace {
 
 using fake::Logged;
@@ -72,19 +70,6 @@ TEST(Journal, IsEmptyOnceTaken) {
 
   EXPECT_THAT(fake::take_calls(), SizeIs(1));
   EXPECT_THAT(fake::platform().calls, IsEmpty());
-}
-
-TEST(Journal, LosesNoCallOfAThread) {
-  constexpr int kCalls = 1000;
-  const auto call_often = [] {
-    for (int i = 0; i < kCalls; ++i) pm_control(2, 1);
-  };
-
-  std::thread other(call_often);
-  call_often();
-  other.join();
-
-  EXPECT_THAT(fake::platform().calls, SizeIs(2 * kCalls));
 }
 
 TEST(Answers, AreThoseThatTheTestGave) {

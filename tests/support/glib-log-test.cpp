@@ -1,7 +1,5 @@
 #include <gtest/gtest-spi.h>
 
-#include <thread>
-
 #include "support/glib-test.hpp"
 
 namespace {
@@ -26,12 +24,6 @@ TEST(GlibWarnings, AreRecordedFromTheStructuredLog) {
   g_log_structured("domain", G_LOG_LEVEL_CRITICAL, "MESSAGE", "%s", "broken");
 
   EXPECT_THAT(support::take_glib_warnings(), ElementsAre("broken"));
-}
-
-TEST(GlibWarnings, AreRecordedFromAnyThread) {
-  std::thread([] { g_warning("elsewhere"); }).join();
-
-  EXPECT_THAT(support::take_glib_warnings(), ElementsAre("elsewhere"));
 }
 
 TEST(GlibWarnings, AreGoneOnceTaken) {
