@@ -54,7 +54,7 @@ class Library {
   /// Runs the main loop until the list by name is this.
   [[nodiscard]] bool becomes(const std::vector<std::string> &names) const;
   [[nodiscard]] gint id_of(std::string_view name) const;
-  [[nodiscard]] static gint count(gint64 filter = 0);
+  static gint count(gint64 filter = 0);
 
   /// Albums as the library lists them: names.
   [[nodiscard]] static std::vector<std::string> albums(gint sort = 0);
