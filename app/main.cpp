@@ -9,6 +9,7 @@
 #include "log-writer.hpp"
 #include "options.hpp"
 #include "session.hpp"
+#include "stall-watch.hpp"
 #include "text.hpp"
 
 namespace {
@@ -24,7 +25,9 @@ int browse(gallery::Options options) {
   gdk_threads_enter();
   {
     const gallery::Session session(std::move(options));
+    gallery::watch_for_stalls();
     gtk_main();
+    gallery::write_report();
   }
   gdk_threads_leave();
   return 0;
@@ -37,12 +40,13 @@ int main(int argc, char **argv) {
   setlocale(LC_ALL, "");
   g_set_prgname("photobrowser");
   pb_res_open();
-  if (!gallery::load_texts()) {
+  const bool has_texts = gallery::load_texts();
+  gallery::Start start = gallery::read_arguments(argc, argv);
+  if (start.exit_code) return *start.exit_code;
+  if (!has_texts) {
     g_printerr("photobrowser: its resource files are missing, so it cannot start.\n");
     return gallery::kExitBroken;
   }
-  gallery::Start start = gallery::read_arguments(argc, argv);
-  if (start.exit_code) return *start.exit_code;
   for (const std::string &problem : start.options.problems) {
     g_printerr("photobrowser: %s\n", problem.c_str());
   }
