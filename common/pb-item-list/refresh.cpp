@@ -38,11 +38,10 @@ void start_idle(PbItemList *list) {
       kIdlePriority, pb_item_list_icon_refresh_at_idle_cb, list, nullptr));
 }
 
-/// Ends a refresh: its source is gone once the idle function returns this. A row that changes may
-/// have scrolled the view, and then another source is pending.
-gboolean end_refresh(PbItemListPrivate &priv, gint source) {
+/// Ends a refresh: its source is gone once the idle function returns this.
+gboolean end_refresh(PbItemListPrivate &priv) {
   priv.refresh_running = 0;
-  if (priv.idle_source == source) priv.idle_source = pb::item_list::kNoSource;
+  priv.idle_source = pb::item_list::kNoSource;
   return FALSE;
 }
 
@@ -204,23 +203,25 @@ gboolean pb_item_list_icon_refresh_at_idle_cb(gpointer list) {
     PB_LOG(PB_LOG_INFO, "start index changed (prev:%d, curr:%d), return\n", priv.view_start, start);
     priv.view_start = start;
     priv.refresh_progress = 0;
-    return end_refresh(priv, source);
+    return end_refresh(priv);
   }
   gint row = 0;
-  if (!choose_row(__func__, priv, start, &row)) return end_refresh(priv, source);
+  if (!choose_row(__func__, priv, start, &row)) return end_refresh(priv);
 
   const gint half = priv.refresh_count - priv.batch_size;
   GtkTreeIter iter;
   const bool positioned = gtk_virtual_list_store_iter_nth(GTK_VIRTUAL_LIST_STORE(list), &iter, row);
   const bool refreshed = positioned && refresh_row(__func__, self.get(), &iter, row);
+  // A row that changes may have scrolled the view: another pass has taken over.
+  if (priv.idle_source != source) return FALSE;
   if (!refreshed) {
     const bool inside = row >= 0 && row < priv.row_count;
-    if (!inside && priv.refresh_remaining <= half) return end_refresh(priv, source);
+    if (!inside && priv.refresh_remaining <= half) return end_refresh(priv);
     if (inside && !positioned) PB_LOG(PB_LOG_WARNING, "ITEM NOT FOUND!!! [%d]\n", row);
   }
 
   priv.refresh_remaining -= 1;
   if (priv.refresh_remaining < half) priv.refresh_progress += 1;
   if (priv.refresh_remaining >= 1) return TRUE;
-  return end_refresh(priv, source);
+  return end_refresh(priv);
 }

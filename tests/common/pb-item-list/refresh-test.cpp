@@ -970,13 +970,11 @@ TEST_F(RefreshPass, WorksAfterTheFirstFill) {
   EXPECT_TRUE(item_list_test::is_placeholder(read_row(list, 30).pixbuf));
 }
 
-TEST_F(RefreshPass, KeepsANewPassThatARowStarts) {
+TEST_F(RefreshPass, GivesWayToAPassThatARowStarts) {
   const View view;
   const ListPtr list = scrolled_list(view, 250, 2);
   static const View *scrolled;
   scrolled = &view;
-  private_of(list).refresh_remaining = 1;
-  private_of(list).refresh_progress = 14;
   g_signal_connect(list.get(), "row-changed",
                    G_CALLBACK(+[](GtkTreeModel *, GtkTreePath *, GtkTreeIter *, gpointer) {
                      scrolled->scroll(5 * kLine);
@@ -987,6 +985,7 @@ TEST_F(RefreshPass, KeepsANewPassThatARowStarts) {
 
   ASSERT_THAT(pending_refreshes(), SizeIs(1));
   EXPECT_EQ(static_cast<gint>(pending_refreshes()[0].id), private_of(list).idle_source);
+  EXPECT_EQ(private_of(list).refresh_remaining, 30);
 }
 
 TEST_F(RefreshPass, SurvivesTheEndOfItsListWithinACall) {
