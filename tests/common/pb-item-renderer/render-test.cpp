@@ -341,6 +341,20 @@ TEST_F(DrawnFile, OnTheWebKeepsAThumbnailThatIsSmallerThanTheMark) {
   EXPECT_EQ(at(8, 5), support::kBlack);
 }
 
+TEST_F(DrawnFile, OnTheWebShowsThePartOfALargerMarkThatFits) {
+  serve_thumbnail(8, 6);
+  fake::platform().rsrc_get_image = [](gint, gint) {
+    return support::quartered_pixbuf(16, 12).release();
+  };
+  show_file();
+  item_->nfid = 3;
+
+  draw_file();
+
+  EXPECT_EQ(at(0, 0), support::kGreen);
+  EXPECT_EQ(at(7, 5), support::kGreen);
+}
+
 TEST_F(DrawnFile, OnTheWebIsMarkedInItsAlphaToo) {
   serve_thumbnail(148, 148, Rgba{0, 0, 0, 0}, true);
   show_file();
