@@ -158,7 +158,7 @@ gint phone_icon_view_count_selected(PhoneIconView *view) {
 void phone_icon_view_foreach_selected(PhoneIconView *view, phone_icon_view_row_func function,
                                       gpointer user_data) {
   PB_CHECK(PHONE_IS_ICON_VIEW(view));
-  PB_CHECK(function != NULL);
+  PB_CHECK(function != nullptr);
   const RowSet selected = private_of(view).selected;
   selected.for_each([=](int row) { function(view, row, user_data); });
 }

@@ -125,7 +125,7 @@ void gtk_main_window_set_current_form(GtkMainWindow *window, GtkForm *form) {
 
 void gtk_main_window_set_default_title(GtkMainWindow *window, const gchar *title) {
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
-  PB_CHECK(title != NULL);
+  PB_CHECK(title != nullptr);
   // File names end up here; only valid text may reach a label.
   const pb::StringPtr text(g_utf8_make_valid(title, -1));
   gtk_label_set_text(GTK_LABEL(private_of(window).title.get()), text.get());

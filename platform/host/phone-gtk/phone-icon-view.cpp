@@ -148,7 +148,7 @@ GtkWidget *phone_icon_view_new() { return GTK_WIDGET(g_object_new(PHONE_TYPE_ICO
 
 void phone_icon_view_set_model(PhoneIconView *view, GtkTreeModel *model) {
   PB_CHECK(PHONE_IS_ICON_VIEW(view));
-  PB_CHECK(model == NULL || GTK_IS_TREE_MODEL(model));
+  PB_CHECK(model == nullptr || GTK_IS_TREE_MODEL(model));
   if (private_of(view).model.get() == model) return;
   phone::gtk::set_model(view, model);
 }
@@ -162,7 +162,7 @@ void phone_icon_view_set_cell(PhoneIconView *view, GtkCellRenderer *renderer, co
                               gint column) {
   PB_CHECK(PHONE_IS_ICON_VIEW(view));
   PB_CHECK(GTK_IS_CELL_RENDERER(renderer));
-  PB_CHECK(property != NULL);
+  PB_CHECK(property != nullptr);
   PB_CHECK(column >= 0);
   auto &priv = private_of(view);
   priv.renderer = pb::Ref<GtkCellRenderer>::sink(renderer);

@@ -145,7 +145,7 @@ static void gtk_style_dialog_init(GtkStyleDialog *dialog) {
 }
 
 GtkWidget *gtk_style_dialog_new(gint, GtkWindow *parent, gint flags) {
-  PB_CHECK(parent == NULL || GTK_IS_WINDOW(parent), nullptr);
+  PB_CHECK(parent == nullptr || GTK_IS_WINDOW(parent), nullptr);
   if (gdk_display_get_default() == nullptr) return nullptr;
   auto *dialog = GTK_WINDOW(g_object_new(GTK_TYPE_STYLE_DIALOG, nullptr));
   GtkWindow *under = parent != nullptr ? parent : visible_main_window();
@@ -157,7 +157,7 @@ GtkWidget *gtk_style_dialog_new(gint, GtkWindow *parent, gint flags) {
 
 void gtk_style_dialog_set_title(GtkStyleDialog *dialog, const gchar *title) {
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
-  PB_CHECK(title != NULL);
+  PB_CHECK(title != nullptr);
   const auto text = displayable(title);
   gtk_window_set_title(GTK_WINDOW(dialog), text.get());
   show_text(private_of(dialog).title.get(), text.get());
@@ -165,7 +165,7 @@ void gtk_style_dialog_set_title(GtkStyleDialog *dialog, const gchar *title) {
 
 void gtk_style_dialog_set_content_area_text(GtkStyleDialog *dialog, const gchar *text) {
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
-  PB_CHECK(text != NULL);
+  PB_CHECK(text != nullptr);
   show_text(private_of(dialog).text.get(), displayable(text).get());
 }
 
