@@ -16,7 +16,7 @@ void put(Bytes &out, const std::string &text) { out.insert(out.end(), text.begin
 
 void put_big(Bytes &out, guint64 value, int bytes) {
   for (int shift = (bytes - 1) * 8; shift >= 0; shift -= 8) {
-    out.push_back(static_cast<unsigned char>(value >> shift));
+    out.push_back(static_cast<unsigned char>(shift < 64 ? value >> shift : 0));
   }
 }
 
