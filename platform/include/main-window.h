@@ -157,7 +157,8 @@ GType gtk_form_get_type(void);
 GtkWidget *gtk_form_new(void);
 
 /**
- * Switches a motion effect of a form on or off.
+ * Switches a motion effect of a form on or off. A platform may have no motion at all, as the
+ * host, where every form appears and goes at once.
  *
  * @param form (transfer none) the form
  * @param effect GTK_EFFECT_MOTION_FORM

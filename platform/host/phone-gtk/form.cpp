@@ -41,6 +41,8 @@ static void gtk_form_init(GtkForm *form) { gtk_widget_set_has_window(GTK_WIDGET(
 
 GtkWidget *gtk_form_new() { return GTK_WIDGET(g_object_new(GTK_TYPE_FORM, nullptr)); }
 
+// This host has no motion: a form appears at once either way. The wish stays with the form, so
+// that a main window that moves its forms finds it there.
 void gtk_effect_set_motion(GtkWidget *form, guint effect, gboolean on) {
   PB_CHECK(GTK_IS_WIDGET(form));
   auto *object = G_OBJECT(form);
