@@ -7,9 +7,6 @@ namespace gallery {
 /// events, in which nothing that the user does is seen. Main loop only.
 void watch_for_stalls();
 
-/// The longest of these times in milliseconds.
-double longest_stall_ms();
-
 /// Writes what was seen as JSON into the file that PHOTOBROWSER_REPORT names, if it names one.
 void write_report();
 

@@ -2,6 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "app/browsing.hpp"
 
 using gallery_test::eventually;
@@ -189,7 +191,8 @@ TEST_F(Viewer, GivesTheScreenBackWithEscape) {
 
   EXPECT_TRUE(eventually([&] {
     const auto now = find(kGreen, 100000);
-    return before && now && now->top == before->top;
+    // A preview may be a pixel larger than its picture.
+    return before && now && std::abs(now->top - before->top) <= 2;
   }));
   EXPECT_EQ(title(), "green.png");
 }
