@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <check.hpp>
+#include <utility>
 
 #include "pictures/picture-file.hpp"
 #include "thumbnail/disk.hpp"
@@ -30,6 +31,29 @@ PixbufRef ready_thumbnail(const struct stat &info) {
   return PixbufRef::adopt(gdk_pixbuf_copy(stored.get()));
 }
 
+/// Why there is no picture, as the callers of this service are told.
+int error_of(Problem problem) {
+  switch (problem) {
+    case Problem::kDamaged:
+    case Problem::kUnknown:
+      return EBADMSG;
+    case Problem::kMissing:
+      return ENOENT;
+    case Problem::kNotReadable:
+      return EIO;
+    case Problem::kNotAFile:
+      return EINVAL;
+    case Problem::kTooLarge:
+      return EFBIG;
+    case Problem::kTooSlow:
+      return ETIMEDOUT;
+    case Problem::kCancelled:
+      return ECANCELED;
+    default:
+      return EAGAIN;
+  }
+}
+
 /// Decodes into a box in the file's own orientation. Our own thumbnails are decoded here, as
 /// long as they need no enlarging; everything else in another process.
 PixbufRef decode_into_box(const OpenFile &file, const char *path, int width, int height) {
@@ -50,7 +74,9 @@ PixbufRef decode_into_box(const OpenFile &file, const char *path, int width, int
         stored.get(), side(gdk_pixbuf_get_width(stored.get()), width),
         side(gdk_pixbuf_get_height(stored.get()), height), GDK_INTERP_BILINEAR));
   }
-  return pictures::decode_picture(file, wish).pixbuf;
+  pictures::Result result = pictures::decode_picture(file, wish);
+  if (!result.pixbuf) errno = error_of(result.problem);
+  return std::move(result.pixbuf);
 }
 
 }  // namespace
@@ -64,7 +90,10 @@ GdkPixbuf *fm_svc_thumb_create_pixbuf_by_path(const gchar *path, gint width, gin
   PB_CHECK(width > 0 && height > 0, NULL);
   using namespace phone::thumbnail;
   const OpenFile file = phone::pictures::open_picture(path);
-  if (file.problem != Problem::kNone) return nullptr;
+  if (file.problem != Problem::kNone) {
+    errno = error_of(file.problem);
+    return nullptr;
+  }
   const CacheKey key{phone::pictures::Identity::of(file.info), width, height};
   const bool kept = std::max(width, height) <= kLargestKept;
   if (kept) {

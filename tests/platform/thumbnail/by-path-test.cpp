@@ -2,6 +2,7 @@
 #include <thumbnail-manager.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 
 #include "decoded.hpp"
@@ -147,6 +148,41 @@ TEST_F(CreatePixbufByPath, LeavesTheOriginalAlone) {
   create(path);
 
   EXPECT_EQ(support::read_file(path), before);
+}
+
+TEST_F(CreatePixbufByPath, SaysThatAFileCanNeverBeDecoded) {
+  const std::string path = dir_.write("a.jpg", "no picture at all");
+  errno = 0;
+
+  EXPECT_FALSE(create(path));
+
+  EXPECT_EQ(errno, EBADMSG);
+}
+
+TEST_F(CreatePixbufByPath, SaysSoAgainFromMemory) {
+  const std::string path = dir_.write("a.jpg", "no picture at all");
+  create(path);
+  errno = 0;
+
+  EXPECT_FALSE(create(path));
+
+  EXPECT_EQ(errno, EBADMSG);
+}
+
+TEST_F(CreatePixbufByPath, SaysThatThereIsNoFile) {
+  errno = 0;
+
+  EXPECT_FALSE(create(dir_.path("missing.jpg")));
+
+  EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(CreatePixbufByPath, SaysThatItIsNoFile) {
+  errno = 0;
+
+  EXPECT_FALSE(create(dir_.path()));
+
+  EXPECT_EQ(errno, EINVAL);
 }
 
 TEST_F(CreatePixbufByPath, NeedsAPathAndABox) {
