@@ -1,23 +1,15 @@
-/// Checks of decoded pictures.
+/// Decoding of files, for tests.
 #pragma once
 
 #include <string>
 
 #include "pictures/picture-file.hpp"
-#include "support/pixbufs.hpp"
+#include "quarters.hpp"
 
 namespace test {
 
 /// Decodes a file as the services do.
 phone::pictures::Result decode_file(const std::string &path, int width, int height,
                                     std::uint32_t flags = 0);
-
-/// The letters of the colours in the four quarters, row by row: "RGBW" for a picture of
-/// support::quartered_pixbuf() that stands upright. '?' is any other colour.
-std::string quarters(const GdkPixbuf *pixbuf);
-
-/// The quarters of that picture once it has been turned as an orientation of 1 to 8 says.
-inline const char *const kTurnedQuarters[] = {"",     "RGBW", "GRWB", "WBGR", "BWRG",
-                                              "RBGW", "BRWG", "WGBR", "GWRB"};
 
 }  // namespace test

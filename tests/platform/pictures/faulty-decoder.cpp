@@ -66,7 +66,7 @@ int main() {
     if (recv(wire::kSocket, &request, sizeof request, 0) != sizeof request) return 0;
     if (fault == "hangs") pause();
     if (fault == "hangs-at-width-77" && request.width == 77) pause();
-    if (fault == "crashes") raise(SIGSEGV);
+    if (fault == "crashes") std::abort();
     if (fault == "is-killed") raise(SIGKILL);
     if (fault == "runs-out-of-memory") return wire::kOutOfMemory;
     if (fault == "talks-nonsense") {

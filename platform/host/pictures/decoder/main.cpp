@@ -170,7 +170,7 @@ int main(int argc, char **argv) {
   using namespace phone::pictures;
   const std::string_view mode = argc > 1 ? argv[1] : "";
   if (mode == "--video" && argc == 3) _exit(become_video_program(argv[2]));
-  if (mode == "--check") return check_sandbox();
+  if (mode == "--check") _exit(check_sandbox());
   // Nothing is to run after the last request: not even what a library left for the exit.
   _exit(serve());
 }
