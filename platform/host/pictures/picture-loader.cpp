@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "pictures/picture-file.hpp"
@@ -30,8 +31,7 @@ struct Job {
 
 using JobPtr = std::shared_ptr<Job>;
 
-gboolean deliver(gpointer data);
-void free_job(gpointer data) { delete static_cast<JobPtr *>(data); }
+gboolean deliver(gpointer);
 
 /// Takes requests on one thread of its own, newest first: what somebody looks at now was asked
 /// for last.
@@ -65,6 +65,12 @@ class Loader {
     return true;
   }
 
+  /// Requests whose decode has ended since the last call.
+  std::vector<JobPtr> take_finished() {
+    const std::scoped_lock lock(mutex_);
+    return std::exchange(finished_, {});
+  }
+
   void stop() {
     std::thread thread;
     {
@@ -72,6 +78,8 @@ class Loader {
       for (const JobPtr &job : live_) job->cancellation.cancel();
       live_.clear();
       waiting_.clear();
+      // A delivery that is under way finds nothing, and nothing that ends from here on is live.
+      finished_.clear();
       stopping_ = true;
       thread.swap(thread_);
     }
@@ -91,8 +99,16 @@ class Loader {
         waiting_.pop_back();
       }
       load(*job);
-      gdk_threads_add_idle_full(G_PRIORITY_DEFAULT, deliver, new JobPtr(std::move(job)), free_job);
+      finish(std::move(job));
     }
+  }
+
+  void finish(JobPtr job) {
+    const std::scoped_lock lock(mutex_);
+    if (finished_.empty()) {
+      gdk_threads_add_idle_full(G_PRIORITY_DEFAULT, deliver, nullptr, nullptr);
+    }
+    finished_.push_back(std::move(job));
   }
 
   static void load(Job &job) {
@@ -110,16 +126,22 @@ class Loader {
   // All guarded by mutex_. Live requests are those whose callback is still owed.
   std::vector<JobPtr> live_;
   std::vector<JobPtr> waiting_;
+  std::vector<JobPtr> finished_;
   std::thread thread_;
   bool stopping_ = false;
 };
 
-gboolean deliver(gpointer data) {
-  const Job &job = **static_cast<JobPtr *>(data);
-  if (!Loader::shared().forget(job.id)) return G_SOURCE_REMOVE;
+void tell(const Job &job) {
   GdkPixbuf *pixbuf = job.result.pixbuf.get();
   const gchar *problem = pixbuf == nullptr ? sentence(job.result.problem) : nullptr;
   job.callback(job.id, pixbuf, problem, job.user_data);
+}
+
+gboolean deliver(gpointer) {
+  for (const JobPtr &job : Loader::shared().take_finished()) {
+    // A callback may have cancelled one of those that follow it.
+    if (Loader::shared().forget(job->id)) tell(*job);
+  }
   return G_SOURCE_REMOVE;
 }
 
