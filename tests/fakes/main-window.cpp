@@ -137,7 +137,7 @@ void gtk_main_window_set_current_form(GtkMainWindow *window, GtkForm *form) {
 void gtk_main_window_set_default_title(GtkMainWindow *window, const gchar *title) {
   fake::record("gtk_main_window_set_default_title", window, title);
   PB_CHECK(GTK_IS_MAIN_WINDOW(window));
-  PB_CHECK(title != NULL);
+  PB_CHECK(title != nullptr);
   gtk_label_set_text(GTK_LABEL(state_of(window).title.get()), title);
   gtk_window_set_title(GTK_WINDOW(window), title);
 }

@@ -68,14 +68,14 @@ GtkWidget *gtk_style_dialog_new(gint style, GtkWindow *parent, gint flags) {
 void gtk_style_dialog_set_title(GtkStyleDialog *dialog, const gchar *title) {
   fake::record("gtk_style_dialog_set_title", dialog, title);
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
-  PB_CHECK(title != NULL);
+  PB_CHECK(title != nullptr);
   gtk_window_set_title(GTK_WINDOW(dialog), title);
 }
 
 void gtk_style_dialog_set_content_area_text(GtkStyleDialog *dialog, const gchar *text) {
   fake::record("gtk_style_dialog_set_content_area_text", dialog, text);
   PB_CHECK(GTK_IS_STYLE_DIALOG(dialog));
-  PB_CHECK(text != NULL);
+  PB_CHECK(text != nullptr);
   gtk_label_set_text(GTK_LABEL(part_of(dialog, kLabel)), text);
 }
 

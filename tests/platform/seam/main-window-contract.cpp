@@ -8,6 +8,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::StartsWith;
 
 class MainWindowContract : public support::DisplayTest {
  protected:
@@ -146,14 +147,13 @@ TEST_F(MainWindowContract, PreconditionsAreReported) {
   gtk_main_window_set_default_title(window_, nullptr);
   gtk_main_window_set_default_icon(window_, nullptr);
 
-  EXPECT_THAT(
-      take_glib_warnings(),
-      ElementsAre("gtk_main_window_add_form: assertion 'GTK_IS_MAIN_WINDOW(window)' failed",
-                  "gtk_main_window_add_form: assertion 'GTK_IS_FORM(form)' failed",
-                  "gtk_main_window_add_form: assertion 'form has no parent' failed",
-                  "gtk_main_window_set_current_form: assertion 'form is in window' failed",
-                  "gtk_main_window_set_default_title: assertion 'title != NULL' failed",
-                  "gtk_main_window_set_default_icon: assertion 'GDK_IS_PIXBUF(icon)' failed"));
+  EXPECT_THAT(take_glib_warnings(),
+              ElementsAre(StartsWith("gtk_main_window_add_form: assertion "),
+                          StartsWith("gtk_main_window_add_form: assertion "),
+                          StartsWith("gtk_main_window_add_form: assertion "),
+                          StartsWith("gtk_main_window_set_current_form: assertion "),
+                          StartsWith("gtk_main_window_set_default_title: assertion "),
+                          StartsWith("gtk_main_window_set_default_icon: assertion ")));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class StoreContract : public test::StoreFixture {
  protected:
@@ -315,12 +316,9 @@ TEST_F(StoreContract, PreconditionsAreReported) {
   EXPECT_FALSE(gtk_virtual_list_store_iter_nth(nullptr, &iter, 0));
   EXPECT_FALSE(gtk_virtual_list_store_row_is_filled(nullptr, 0));
 
-  EXPECT_THAT(
-      support::take_glib_warnings(),
-      ElementsAre(
-          "gtk_virtual_list_store_iter_nth: assertion 'GTK_IS_VIRTUAL_LIST_STORE(store)' failed",
-          "gtk_virtual_list_store_row_is_filled: assertion 'GTK_IS_VIRTUAL_LIST_STORE(store)' "
-          "failed"));
+  EXPECT_THAT(support::take_glib_warnings(),
+              ElementsAre(StartsWith("gtk_virtual_list_store_iter_nth: assertion "),
+                          StartsWith("gtk_virtual_list_store_row_is_filled: assertion ")));
 }
 
 }  // namespace
