@@ -43,12 +43,12 @@ TEST_F(ItemRendererType, IsMadeFloating) {
 }
 
 TEST_F(ItemRendererItem, IsAnItemThatIsReadAndWritten) {
-  const GParamSpec *spec = property("item");
+  const GParamSpec *pspec = property("item");
 
-  ASSERT_NE(spec, nullptr);
-  EXPECT_EQ(spec->value_type, PB_TYPE_ITEM);
-  EXPECT_EQ(spec->flags & G_PARAM_READWRITE, G_PARAM_READWRITE);
-  EXPECT_EQ(spec->param_id, 1U);
+  ASSERT_NE(pspec, nullptr);
+  EXPECT_EQ(pspec->value_type, PB_TYPE_ITEM);
+  EXPECT_EQ(pspec->flags & G_PARAM_READWRITE, G_PARAM_READWRITE);
+  EXPECT_EQ(pspec->param_id, 1U);
 }
 
 TEST_F(ItemRendererItem, HasItsNickAndBlurb) {
@@ -121,12 +121,12 @@ TEST_F(ItemRendererItem, GoesWithTheRenderer) {
 }
 
 TEST_F(ItemRendererFollowState, IsABooleanThatIsReadAndWritten) {
-  const GParamSpec *spec = property("follow-state");
+  const GParamSpec *pspec = property("follow-state");
 
-  ASSERT_NE(spec, nullptr);
-  EXPECT_EQ(spec->value_type, G_TYPE_BOOLEAN);
-  EXPECT_EQ(spec->flags & G_PARAM_READWRITE, G_PARAM_READWRITE);
-  EXPECT_EQ(spec->param_id, 2U);
+  ASSERT_NE(pspec, nullptr);
+  EXPECT_EQ(pspec->value_type, G_TYPE_BOOLEAN);
+  EXPECT_EQ(pspec->flags & G_PARAM_READWRITE, G_PARAM_READWRITE);
+  EXPECT_EQ(pspec->param_id, 2U);
 }
 
 TEST_F(ItemRendererFollowState, HasItsNickAndBlurb) {

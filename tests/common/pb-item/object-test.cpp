@@ -239,25 +239,25 @@ TEST_F(PbItemDeleted, IsNotReadFromAForeignObject) {
 }
 
 TEST_F(PbItemPalmLoaded, IsABooleanThatIsReadAndWritten) {
-  const GParamSpec *spec =
+  const GParamSpec *pspec =
       g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
 
-  ASSERT_NE(spec, nullptr);
-  EXPECT_EQ(spec->value_type, G_TYPE_BOOLEAN);
-  EXPECT_EQ(spec->flags & G_PARAM_READWRITE, G_PARAM_READWRITE);
+  ASSERT_NE(pspec, nullptr);
+  EXPECT_EQ(pspec->value_type, G_TYPE_BOOLEAN);
+  EXPECT_EQ(pspec->flags & G_PARAM_READWRITE, G_PARAM_READWRITE);
 }
 
 TEST_F(PbItemPalmLoaded, HasTheDefaultFalse) {
-  GParamSpec *spec = g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
+  GParamSpec *pspec = g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
 
-  EXPECT_FALSE(G_PARAM_SPEC_BOOLEAN(spec)->default_value);
+  EXPECT_FALSE(G_PARAM_SPEC_BOOLEAN(pspec)->default_value);
 }
 
 TEST_F(PbItemPalmLoaded, HasThePropertyIdOne) {
-  const GParamSpec *spec =
+  const GParamSpec *pspec =
       g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
 
-  EXPECT_EQ(spec->param_id, 1U);
+  EXPECT_EQ(pspec->param_id, 1U);
 }
 
 TEST_F(PbItemPalmLoaded, IsReadAsWritten) {
@@ -309,21 +309,21 @@ TEST_F(PbItemPalmLoaded, IsFalseWithoutAWarningForAForeignObject) {
 }
 
 TEST_F(PbItemPalmLoaded, IsTheOnlyPropertyThatIsWritten) {
-  GParamSpec *spec = g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
+  GParamSpec *pspec = g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
   GValue value = G_VALUE_INIT;
   g_value_init(&value, G_TYPE_BOOLEAN);
 
-  G_OBJECT_GET_CLASS(item_.get())->set_property(G_OBJECT(item_.get()), 2, &value, spec);
+  G_OBJECT_GET_CLASS(item_.get())->set_property(G_OBJECT(item_.get()), 2, &value, pspec);
 
   EXPECT_THAT(take_glib_warnings(), ElementsAre(HasSubstr("invalid property id 2")));
 }
 
 TEST_F(PbItemPalmLoaded, IsTheOnlyPropertyThatIsRead) {
-  GParamSpec *spec = g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
+  GParamSpec *pspec = g_object_class_find_property(G_OBJECT_GET_CLASS(item_.get()), "palm-loaded");
   GValue value = G_VALUE_INIT;
   g_value_init(&value, G_TYPE_BOOLEAN);
 
-  G_OBJECT_GET_CLASS(item_.get())->get_property(G_OBJECT(item_.get()), 2, &value, spec);
+  G_OBJECT_GET_CLASS(item_.get())->get_property(G_OBJECT(item_.get()), 2, &value, pspec);
 
   EXPECT_THAT(take_glib_warnings(), ElementsAre(HasSubstr("invalid property id 2")));
 }
