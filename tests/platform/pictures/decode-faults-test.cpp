@@ -1,7 +1,9 @@
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <thread>
@@ -321,6 +323,52 @@ TEST_F(DecodeFaults, NeverChangesTheOriginal) {
   stat(path.c_str(), &after);
   EXPECT_EQ(support::read_file(path), bytes);
   EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+}
+
+/// A line of a file in /proc that begins with a word.
+std::string line_of(pid_t process, const char *file, const std::string &word) {
+  const std::string path = "/proc/" + std::to_string(process) + "/" + file;
+  pb::StringPtr text;
+  if (!g_file_get_contents(path.c_str(), pb::out(text), nullptr, nullptr)) return "";
+  const std::string lines = "\n" + std::string(text.get());
+  const size_t begin = lines.find("\n" + word);
+  return begin == std::string::npos
+             ? ""
+             : lines.substr(begin + 1, lines.find('\n', begin + 1) - begin - 1);
+}
+
+TEST_F(DecodeFaults, RunsDecodersInASandbox) {
+  decode_file(good_picture(), 100, 100);
+  const auto decoders = children();
+  ASSERT_EQ(decoders.size(), 1u);
+
+  EXPECT_EQ(line_of(decoders[0], "status", "Seccomp:"), "Seccomp:\t2");
+  EXPECT_EQ(line_of(decoders[0], "status", "NoNewPrivs:"), "NoNewPrivs:\t1");
+}
+
+TEST_F(DecodeFaults, GivesDecodersLimits) {
+  decode_file(good_picture(), 100, 100);
+  const auto decoders = children();
+  ASSERT_EQ(decoders.size(), 1u);
+
+  EXPECT_EQ(line_of(decoders[0], "oom_score_adj", ""), "800");
+  EXPECT_THAT(line_of(decoders[0], "limits", "Max core file size"), HasSubstr(" 0 "));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+  EXPECT_THAT(line_of(decoders[0], "limits", "Max address space"), HasSubstr(" 536870912 "));
+#endif
+}
+
+TEST_F(DecodeFaults, LetsDecodersInheritNothing) {
+  const int leaked = open("/dev/null", O_RDONLY);
+  decode_file(good_picture(), 100, 100);
+  const auto decoders = children();
+  ASSERT_EQ(decoders.size(), 1u);
+  const std::string folder = "/proc/" + std::to_string(decoders[0]) + "/fd/";
+
+  for (int fd = 4; fd < 64; ++fd) {
+    EXPECT_FALSE(support::exists(folder + std::to_string(fd))) << fd;
+  }
+  close(leaked);
 }
 
 TEST(Sandbox, RefusesWhatADecoderHasNoNeedOf) {

@@ -55,6 +55,47 @@ TEST(Opposite, UndoesEachOrientation) {
   }
 }
 
+TEST(Scaled, KeepsColours) {
+  const auto pixbuf = support::solid_pixbuf(333, 251, {255, 17, 0});
+
+  for (const Size size : {Size{148, 111}, {333, 1}, {1, 1}, {332, 250}, {500, 400}}) {
+    const PixbufRef result = scaled(pixbuf, size);
+    ASSERT_EQ(gdk_pixbuf_get_width(result.get()), size.width);
+    ASSERT_EQ(gdk_pixbuf_get_height(result.get()), size.height);
+    for (const int x : {0, size.width / 2, size.width - 1}) {
+      EXPECT_EQ(support::pixel_at(result.get(), x, size.height - 1), (support::Rgba{255, 17, 0}));
+    }
+  }
+}
+
+TEST(Scaled, GivesTheMeanOfWhatAPixelCovers) {
+  const auto pixbuf = support::solid_pixbuf(4, 2, support::kBlack);
+  gdk_pixbuf_fill(PixbufRef::adopt(gdk_pixbuf_new_subpixbuf(pixbuf.get(), 0, 0, 1, 2)).get(),
+                  0xff0000ff);
+
+  const PixbufRef result = scaled(pixbuf, {2, 1});
+
+  EXPECT_EQ(support::pixel_at(result.get(), 0, 0), (support::Rgba{128, 0, 0}));
+  EXPECT_EQ(support::pixel_at(result.get(), 1, 0), support::kBlack);
+}
+
+TEST(Scaled, SharesPixelsBetweenTheirNeighbours) {
+  const auto pixbuf = support::solid_pixbuf(3, 1, support::kBlack);
+  gdk_pixbuf_fill(PixbufRef::adopt(gdk_pixbuf_new_subpixbuf(pixbuf.get(), 1, 0, 1, 1)).get(),
+                  0xff0000ff);
+
+  const PixbufRef result = scaled(pixbuf, {2, 1});
+
+  EXPECT_EQ(support::pixel_at(result.get(), 0, 0), (support::Rgba{85, 0, 0}));
+  EXPECT_EQ(support::pixel_at(result.get(), 1, 0), (support::Rgba{85, 0, 0}));
+}
+
+TEST(Scaled, KeepsTransparency) {
+  const auto pixbuf = support::solid_pixbuf(40, 40, {255, 0, 0, 0}, true);
+
+  EXPECT_EQ(support::pixel_at(scaled(pixbuf, {10, 10}).get(), 5, 5).alpha, 0);
+}
+
 TEST(WholeFile, IsEmptyForAnEmptyFile) {
   const support::TempDir dir;
   const Descriptor file(open_regular_file(dir.write("a", "").c_str()));

@@ -304,6 +304,18 @@ TEST_F(ThumbnailManager, HasNothingWithoutADecoder) {
               ElementsAre("No pictures: the program photobrowser-decoder is not installed"));
 }
 
+TEST_F(ThumbnailManager, MakesThumbnailsOfVideos) {
+  const pb::StringPtr program(g_find_program_in_path("ffmpegthumbnailer"));
+  if (!program) GTEST_SKIP() << "ffmpegthumbnailer is not installed";
+  const std::string path = dir_.write("a.mov", test::film_of(quartered_pixbuf(320, 240).get(), 5));
+
+  const PixbufRef pixbuf = get_in_the_end(path);
+
+  ASSERT_TRUE(pixbuf);
+  EXPECT_EQ(quarters(pixbuf.get()), "RGBW");
+  EXPECT_EQ(gdk_pixbuf_get_width(pixbuf.get()), 148);
+}
+
 TEST_F(ThumbnailManager, LeavesOriginalsAlone) {
   const std::string path = picture("a", 400, 300, 6);
   const Bytes before = support::read_file(path);

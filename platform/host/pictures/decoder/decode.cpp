@@ -66,13 +66,6 @@ PixbufRef on_white(const PixbufRef &pixbuf) {
   return result;
 }
 
-PixbufRef scaled(const PixbufRef &pixbuf, Size wanted) {
-  const Size size = size_of(pixbuf);
-  if (size.width == wanted.width && size.height == wanted.height) return pixbuf;
-  return PixbufRef::adopt(
-      gdk_pixbuf_scale_simple(pixbuf.get(), wanted.width, wanted.height, GDK_INTERP_BILINEAR));
-}
-
 }  // namespace
 
 Decoded decode(int fd, const Order &order) {

@@ -39,6 +39,9 @@ Decoded decode(int fd, const Order &order);
 /// The size of a picture in a box: proportions kept, at least one pixel each way.
 Size fit(Size picture, Size box, bool enlarge);
 
+/// The picture at a size.
+PixbufRef scaled(const PixbufRef &pixbuf, Size wanted);
+
 /// The picture turned by an EXIF orientation, 1 to 8.
 PixbufRef turned(const PixbufRef &pixbuf, int orientation);
 /// The orientation that undoes another.
