@@ -41,6 +41,11 @@ void Announcer::announce(guint changes) {
   if (!scheduled && pending_ != 0) gdk_threads_add_idle(tell, this);
 }
 
+void Announcer::forget() {
+  const std::scoped_lock lock(mutex_);
+  pending_ = 0;
+}
+
 gboolean Announcer::tell(gpointer data) {
   auto *self = static_cast<Announcer *>(data);
   guint changes = 0;
@@ -50,6 +55,7 @@ gboolean Announcer::tell(gpointer data) {
     changes = std::exchange(self->pending_, 0);
     for (const auto &[id, listener] : self->listeners_) ids.push_back(id);
   }
+  if (changes == 0) return FALSE;
   // A listener may add and remove listeners, itself included.
   for (const guint id : ids) {
     Listener listener{};

@@ -22,6 +22,8 @@ class Announcer {
 
   /// Schedules a call of the listeners. Any thread.
   void announce(guint changes);
+  /// Drops what has not been told yet: it is about an index that is closed. Main loop.
+  void forget();
 
  private:
   static gboolean tell(gpointer self);

@@ -10,8 +10,12 @@ constexpr gint64 kNanoseconds = 1'000'000'000;
 
 }  // namespace
 
-std::string cached_thumbnail(guint64 device, const FileState &state) {
+std::string cached_thumbnail(const std::string &path, guint64 device, const FileState &state) {
   struct stat info {};
+  if (state.inode == 0) {
+    const bool known = lstat(path.c_str(), &info) == 0 && thumbnail::is_stored(info);
+    return known ? thumbnail::stored_path(info) : std::string();
+  }
   info.st_dev = device;
   info.st_ino = state.inode;
   info.st_size = state.size;

@@ -8,7 +8,8 @@
 namespace phone::media {
 
 /// Path of a file's cached thumbnail; empty when there is none.
-std::string cached_thumbnail(guint64 device, const FileState &state);
+/// @param path looked at only where the file system has no inodes that last
+std::string cached_thumbnail(const std::string &path, guint64 device, const FileState &state);
 /// Has a thumbnail made for later.
 void request_thumbnail(const std::string &path);
 

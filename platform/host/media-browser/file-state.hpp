@@ -13,7 +13,7 @@ namespace phone::media {
 /// A file whose three values are as before is taken to be unchanged; one that has them under
 /// another name is taken to be the same file, renamed.
 struct FileState {
-  guint64 inode = 0;
+  guint64 inode = 0;  ///< 0 where the file system has none that last
   gint64 size = 0;
   gint64 mtime = 0;  ///< nanoseconds
 

@@ -1,6 +1,8 @@
 #include "media-browser/folder-fd.hpp"
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -41,9 +43,10 @@ Fd open_shown_folder(const std::string &root, const std::string &path) {
   return folder;
 }
 
-std::optional<Entry> look_at(int folder, const char *name) {
+std::optional<Entry> look_at(int folder, const char *name, bool stable) {
   struct statx info;
-  constexpr unsigned kWanted = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_INO | STATX_NLINK;
+  constexpr unsigned kWanted =
+      STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME | STATX_INO | STATX_NLINK;
   if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kWanted, &info) != 0) {
     return std::nullopt;
   }
@@ -51,10 +54,27 @@ std::optional<Entry> look_at(int folder, const char *name) {
   entry.regular = S_ISREG(info.stx_mode);
   entry.folder = S_ISDIR(info.stx_mode);
   entry.links = info.stx_nlink;
-  entry.state.inode = info.stx_ino;
+  if (stable && (info.stx_mask & STATX_BTIME) != 0) {
+    entry.born = info.stx_btime.tv_sec * kNanoseconds + info.stx_btime.tv_nsec;
+  }
+  entry.state.inode = stable ? info.stx_ino : 0;
   entry.state.size = static_cast<gint64>(info.stx_size);
   entry.state.mtime = info.stx_mtime.tv_sec * kNanoseconds + info.stx_mtime.tv_nsec;
   return entry;
+}
+
+bool has_stable_inodes(int folder) {
+  constexpr guint32 kExfat = 0x2011bab0;
+  struct statfs info;
+  if (fstatfs(folder, &info) != 0) return true;
+  switch (static_cast<guint32>(info.f_type)) {
+    case MSDOS_SUPER_MAGIC:
+    case FUSE_SUPER_MAGIC:
+    case kExfat:
+      return false;
+    default:
+      return true;
+  }
 }
 
 DirPtr entries_of(int folder) {

@@ -49,11 +49,17 @@ struct Entry {
   bool regular = false;
   bool folder = false;
   guint64 links = 0;
+  gint64 born = 0;  ///< nanoseconds; 0 where the file system does not say
   FileState state;
 };
 
 /// One statx. @return nothing with errno
-std::optional<Entry> look_at(int folder, const char *name);
+/// @param stable whether the file system gives a file the same inode every time; else it is 0
+std::optional<Entry> look_at(int folder, const char *name, bool stable = true);
+
+/// Whether the file system of a folder gives a file the same inode every time: those of cards,
+/// and those that are programs, make numbers up as they go.
+bool has_stable_inodes(int folder);
 
 struct CloseDir {
   void operator()(DIR *dir) const { closedir(dir); }

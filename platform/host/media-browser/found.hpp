@@ -13,6 +13,7 @@ struct Folder {
   std::string path;
   guint64 device = 0;
   guint64 inode = 0;
+  gint64 born = 0;      ///< nanoseconds; tells a folder from a later one with its inode
   bool camera = false;  ///< lies in a folder of the name that cameras use
 };
 

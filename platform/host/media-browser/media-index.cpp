@@ -29,6 +29,7 @@ void media_index_stop(void) {
   if (index == nullptr) return;
   Index::set_current(nullptr);
   index->stop();
+  Announcer::instance().forget();
 }
 
 void media_index_rescan(void) {

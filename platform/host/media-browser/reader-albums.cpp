@@ -7,8 +7,9 @@ namespace phone::media {
 
 namespace {
 
-#define ALBUM_COLUMNS \
-  "id, path, device, inode, camera, pictures, videos, newest, oldest, last_added FROM albums "
+#define ALBUM_COLUMNS                                                                         \
+  "id, path, device, inode, born, camera, pictures, videos, newest, oldest, last_added FROM " \
+  "albums "
 
 struct Named {
   std::string name;
@@ -84,12 +85,13 @@ AlbumRow Reader::album_from(const Cursor &row) const {
   album.path = row.text(1);
   album.device = static_cast<guint64>(row.integer(2));
   album.inode = static_cast<guint64>(row.integer(3));
-  album.camera = row.number(4) != 0;
-  album.pictures = row.integer(5);
-  album.videos = row.integer(6);
-  album.newest = row.integer(7);
-  album.oldest = row.integer(8);
-  album.last_added = row.number(9);
+  album.born = row.integer(4);
+  album.camera = row.number(5) != 0;
+  album.pictures = row.integer(6);
+  album.videos = row.integer(7);
+  album.newest = row.integer(8);
+  album.oldest = row.integer(9);
+  album.last_added = row.number(10);
   return album;
 }
 

@@ -20,6 +20,7 @@ CREATE TABLE albums(
   path TEXT UNIQUE,
   device INTEGER NOT NULL,
   inode INTEGER NOT NULL,
+  born INTEGER NOT NULL,
   camera INTEGER NOT NULL,
   pictures INTEGER NOT NULL DEFAULT 0,
   videos INTEGER NOT NULL DEFAULT 0,
@@ -140,7 +141,8 @@ bool has_all_columns(const Database &database) {
   return database.prepare("SELECT key, value FROM meta") &&
          database.prepare("SELECT class, files FROM counts") &&
          database.prepare(
-             "SELECT id, path, device, inode, camera, pictures, videos, newest, oldest, last_added "
+             "SELECT id, path, device, inode, born, camera, pictures, videos, newest, oldest, "
+             "last_added "
              "FROM albums INDEXED BY albums_by_inode WHERE inode = 0") &&
          database.prepare(
              "SELECT id, album, class, kind, name, date, size, mtime, inode, width, height, "

@@ -29,7 +29,8 @@ std::string name_of_folder(const std::string &path) {
 
 std::string cover_of(Index &index, const AlbumRow &album) {
   const auto file = index.reader().file(album.last_added);
-  return file && !file->gone() ? cached_thumbnail(file->device, file->state) : std::string();
+  if (!file || file->gone()) return {};
+  return cached_thumbnail(join(file->folder, file->name), file->device, file->state);
 }
 
 using Naids = std::unordered_map<std::string, gint64>;
@@ -193,8 +194,9 @@ gboolean fm_svc_mb_album_get_last_added_file(gint album_id, FmVeskFileRecord *re
   const auto file = album ? index->reader().file(album->last_added) : std::nullopt;
   index->check_after_reading();
   if (!file || file->gone()) return fail(error, kNotFound);
-  const std::string cover = cached_thumbnail(file->device, file->state);
-  if (cover.empty()) request_thumbnail(join(file->folder, file->name));
+  const std::string path = join(file->folder, file->name);
+  const std::string cover = cached_thumbnail(path, file->device, file->state);
+  if (cover.empty()) request_thumbnail(path);
   record->nfid = file->nfid;
   record->database_index = album->last_added;
   put(record->name, cover);

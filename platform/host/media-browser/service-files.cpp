@@ -29,7 +29,9 @@ ListedFile listed(gint32 id, const Reader::File &file, bool with_thumbnail) {
   result.kind = file.kind;
   result.user_flags = file.user_flags;
   result.nfid = file.nfid;
-  if (with_thumbnail) result.thumbnail = cached_thumbnail(file.device, file.state);
+  if (with_thumbnail) {
+    result.thumbnail = cached_thumbnail(join(file.folder, file.name), file.device, file.state);
+  }
   return result;
 }
 

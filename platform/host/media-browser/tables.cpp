@@ -36,13 +36,14 @@ void run(Cursor &&row) {
 int class_in(const AlbumRow &album, int kind) { return kind | (album.camera ? kCameraClass : 0); }
 
 Tables::Tables(const Database &database)
-    : albums_(database.prepare("SELECT id, path, device, inode, camera, pictures, videos, newest, "
-                               "oldest, last_added FROM albums")),
-      add_album_(database.prepare(
-          "INSERT INTO albums(path, device, inode, camera) VALUES(?, ?, ?, ?) RETURNING id")),
+    : albums_(database.prepare(
+          "SELECT id, path, device, inode, born, camera, pictures, videos, newest, "
+          "oldest, last_added FROM albums")),
+      add_album_(database.prepare("INSERT INTO albums(path, device, inode, born, camera) VALUES(?, "
+                                  "?, ?, ?, ?) RETURNING id")),
       store_album_(database.prepare(
-          "UPDATE albums SET path = ?2, device = ?3, inode = ?4, camera = ?5, pictures = ?6, "
-          "videos = ?7, newest = ?8, oldest = ?9, last_added = ?10 WHERE id = ?1")),
+          "UPDATE albums SET path = ?2, device = ?3, inode = ?4, born = ?5, camera = ?6, "
+          "pictures = ?7, videos = ?8, newest = ?9, oldest = ?10, last_added = ?11 WHERE id = ?1")),
       first_date_(database.prepare("SELECT date FROM files INDEXED BY files_by_album "
                                    "WHERE album = ? AND class = ? ORDER BY date LIMIT 1")),
       last_date_(database.prepare("SELECT date FROM files INDEXED BY files_by_album "
@@ -90,12 +91,13 @@ std::vector<AlbumRow> Tables::albums() const {
     album.path = row.text(1);
     album.device = static_cast<guint64>(row.integer(2));
     album.inode = static_cast<guint64>(row.integer(3));
-    album.camera = row.number(4) != 0;
-    album.pictures = row.integer(5);
-    album.videos = row.integer(6);
-    album.newest = row.integer(7);
-    album.oldest = row.integer(8);
-    album.last_added = row.number(9);
+    album.born = row.integer(4);
+    album.camera = row.number(5) != 0;
+    album.pictures = row.integer(6);
+    album.videos = row.integer(7);
+    album.newest = row.integer(8);
+    album.oldest = row.integer(9);
+    album.last_added = row.number(10);
     all.push_back(std::move(album));
   }
   check(row);
@@ -103,7 +105,7 @@ std::vector<AlbumRow> Tables::albums() const {
 }
 
 gint32 Tables::add_album(const AlbumRow &album) {
-  Cursor row(add_album_, std::string_view(album.path), album.device, album.inode,
+  Cursor row(add_album_, std::string_view(album.path), album.device, album.inode, album.born,
              album.camera ? 1 : 0);
   if (!row.next()) throw IndexFailure{row.result()};
   const gint32 id = row.number(0);
@@ -114,8 +116,9 @@ gint32 Tables::add_album(const AlbumRow &album) {
 
 void Tables::store_album(const AlbumRow &album) {
   const auto store = [&](const auto &path) {
-    run(Cursor(store_album_, album.id, path, album.device, album.inode, album.camera ? 1 : 0,
-               album.pictures, album.videos, album.newest, album.oldest, album.last_added));
+    run(Cursor(store_album_, album.id, path, album.device, album.inode, album.born,
+               album.camera ? 1 : 0, album.pictures, album.videos, album.newest, album.oldest,
+               album.last_added));
   };
   if (album.path.empty()) {
     store(nullptr);

@@ -31,6 +31,7 @@ struct AlbumRow {
   std::string path;  ///< empty when another folder has taken its path
   guint64 device = 0;
   guint64 inode = 0;
+  gint64 born = 0;
   bool camera = false;
   gint64 pictures = 0;
   gint64 videos = 0;

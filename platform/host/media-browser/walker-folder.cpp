@@ -38,24 +38,33 @@ void Walker::visit(Fd descriptor, const std::string &path, Pass &pass) {
 }
 
 bool Walker::enter(Visit &visit, const std::string &path, Pass &pass) {
+  const int descriptor = visit.descriptor->get();
+  visit.stable = has_stable_inodes(descriptor);
+  const auto entry = look_at(descriptor, ".", visit.stable);
   struct stat info;
-  if (fstat(visit.descriptor->get(), &info) != 0) {
+  if (!entry || fstat(descriptor, &info) != 0) {
     report(path, errno, &pass);
     return false;
   }
   // A folder that is mounted inside itself would never end.
   if (!pass.folders.emplace(info.st_dev, info.st_ino).second) return false;
-  const auto entry = look_at(visit.descriptor->get(), ".");
-  watches_.add(path, entry ? entry->state.mtime : 0);
-  if (faccessat(visit.descriptor->get(), kNoMedia, F_OK, AT_SYMLINK_NOFOLLOW) == 0) return false;
-  pass.paths.insert(path);
+  watches_.add(path, entry->state.mtime);
+  if (faccessat(descriptor, kNoMedia, F_OK, AT_SYMLINK_NOFOLLOW) == 0) return false;
   auto folder = std::make_shared<Folder>();
   folder->path = path;
   folder->device = info.st_dev;
-  folder->inode = info.st_ino;
+  folder->inode = entry->state.inode;
+  folder->born = entry->born;
   folder->camera = is_camera_folder(path);
   visit.folder = std::move(folder);
-  visit.album = find_album(*visit.folder);
+  const auto album = find_album(*visit.folder, pass.at_the_end);
+  if (!album) {
+    pass.folders.erase({info.st_dev, info.st_ino});
+    pass.replaced.push_back(path);
+    return false;
+  }
+  visit.album = *album;
+  pass.paths.insert(path);
   return true;
 }
 
@@ -101,7 +110,7 @@ void Walker::look_through(Visit &visit, std::vector<std::string> &names) {
 }
 
 void Walker::look_at_file(Visit &visit, const std::string &name) {
-  const auto entry = look_at(visit.descriptor->get(), name.c_str());
+  const auto entry = look_at(visit.descriptor->get(), name.c_str(), visit.stable);
   if (!entry) {
     if (errno == ENOENT) return;
     if (errno == EACCES) {
@@ -171,33 +180,43 @@ void Walker::descend(const Visit &visit, Pass &pass) {
   }
 }
 
-gint32 Walker::find_album(const Folder &folder) {
+std::optional<gint32> Walker::find_album(const Folder &folder, bool at_the_end) {
   gint32 known = 0;
+  bool same = false;
+  bool same_device = false;
   {
     Cursor row(album_by_path_, std::string_view(folder.path));
     if (row.next()) {
       known = row.number(0);
-      const bool same = static_cast<guint64>(row.integer(1)) == folder.device &&
-                        static_cast<guint64>(row.integer(2)) == folder.inode;
-      if (same) return known;
+      same_device = static_cast<guint64>(row.integer(1)) == folder.device;
+      same = static_cast<guint64>(row.integer(2)) == folder.inode && row.integer(3) == folder.born;
     }
   }
-  const auto renamed = renamed_album(folder);
-  if (!renamed) return known;
-  const gint32 album = *renamed;
-  writer_.post([album, folder](Writer &writer) { writer.move_folder(album, folder); });
-  settle();
-  return album;
+  if (same) {
+    // Devices get other numbers when the system starts.
+    if (!same_device) {
+      writer_.post([known, folder](Writer &writer) { writer.refresh_folder(known, folder); });
+    }
+    return known;
+  }
+  if (const auto album = renamed_album(folder)) {
+    writer_.post([album, folder](Writer &writer) { writer.move_folder(*album, folder); });
+    settle();
+    return album;
+  }
+  if (known != 0 && !at_the_end) return std::nullopt;
+  return known;
 }
 
 std::optional<gint32> Walker::renamed_album(const Folder &folder) {
-  Cursor row(album_by_identity_, folder.inode, folder.device, std::string_view(folder.path));
+  if (folder.inode == 0) return std::nullopt;
+  Cursor row(album_by_identity_, folder.inode, folder.device, folder.born,
+             std::string_view(folder.path));
   while (row.next()) {
     const std::string old_path(row.text(1));
-    struct stat info;
-    const bool still_there = !old_path.empty() && lstat(old_path.c_str(), &info) == 0 &&
-                             info.st_ino == folder.inode && info.st_dev == folder.device;
-    if (!still_there) return row.number(0);
+    const auto there = look_at(AT_FDCWD, old_path.c_str());
+    const bool same = there && there->state.inode == folder.inode && there->born == folder.born;
+    if (!same) return row.number(0);
   }
   return std::nullopt;
 }
@@ -206,10 +225,11 @@ void Walker::scan_names(const std::string &path, const std::set<std::string> &na
   Visit here;
   here.descriptor = std::make_shared<const Fd>(open_shown(path));
   Pass pass;
+  pass.at_the_end = true;
   if (!*here.descriptor || !enter(here, path, pass)) return;
   std::vector<Lost> lost;
   for (const std::string &name : names) {
-    const auto entry = look_at(here.descriptor->get(), name.c_str());
+    const auto entry = look_at(here.descriptor->get(), name.c_str(), here.stable);
     if (!entry && errno != ENOENT) continue;
     const KnownFiles::Single known = known_->find(here.album, name);
     if (entry && entry->regular) {

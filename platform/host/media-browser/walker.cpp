@@ -124,9 +124,10 @@ void Walker::reopen_if_made_anew() {
   album_by_identity_ = {};
   all_albums_ = {};
   [[maybe_unused]] const int code = storage_.open_for_reading(database_);
-  album_by_path_ = database_.prepare("SELECT id, device, inode FROM albums WHERE path = ?");
+  album_by_path_ = database_.prepare("SELECT id, device, inode, born FROM albums WHERE path = ?");
   album_by_identity_ = database_.prepare(
-      "SELECT id, path FROM albums WHERE inode = ? AND device = ? AND coalesce(path, '') != ?");
+      "SELECT id, path FROM albums WHERE inode = ? AND device = ? AND born = ? "
+      "AND coalesce(path, '') != ?");
   all_albums_ = database_.prepare("SELECT id, path FROM albums WHERE pictures + videos > 0");
   known_ = std::make_unique<KnownFiles>(database_);
 }
@@ -198,7 +199,10 @@ void Walker::follow(const Changes &changes) {
   for (const std::string &tree : trees) watches_.drop_missing(tree);
 }
 
-void Walker::finish(const Pass &pass, const std::vector<std::string> &trees) {
+void Walker::finish(Pass &pass, const std::vector<std::string> &trees) {
+  settle();
+  pass.at_the_end = true;
+  for (const std::string &path : std::exchange(pass.replaced, {})) scan_tree(path, pass);
   settle();
   if (shared_.stopping || trees.empty()) return;
   std::vector<gint32> lost;

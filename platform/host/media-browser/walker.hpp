@@ -36,7 +36,11 @@ class Walker {
     std::unordered_set<std::string> paths;
     /// Folders that could not be read: what is known of them and below stays.
     std::vector<std::string> unread;
+    /// Folders in whose place the index knows others: looked through at the end, when those have
+    /// been found under their new names or not at all.
+    std::vector<std::string> replaced;
     bool deep = true;
+    bool at_the_end = false;
   };
 
   /// A folder while it is looked through.
@@ -46,6 +50,7 @@ class Walker {
     gint32 album = 0;
     std::vector<std::string> subfolders;
     std::vector<Candidate> candidates;
+    bool stable = true;   ///< inodes tell files apart here
     bool broken = false;  ///< entries could not all be read
   };
 
@@ -53,7 +58,7 @@ class Walker {
   void follow(const Changes &changes);
   void scan_tree(const std::string &path, Pass &pass);
   void scan_names(const std::string &path, const std::set<std::string> &names);
-  void finish(const Pass &pass, const std::vector<std::string> &trees);
+  void finish(Pass &pass, const std::vector<std::string> &trees);
 
   void visit(Fd descriptor, const std::string &path, Pass &pass);
   [[nodiscard]] bool enter(Visit &visit, const std::string &path, Pass &pass);
@@ -65,7 +70,8 @@ class Walker {
   void report_lost(const Visit &visit);
   void descend(const Visit &visit, Pass &pass);
 
-  [[nodiscard]] gint32 find_album(const Folder &folder);
+  /// @return the album of a folder, 0 for a new one, nothing for one to be looked at at the end
+  [[nodiscard]] std::optional<gint32> find_album(const Folder &folder, bool at_the_end);
   [[nodiscard]] std::optional<gint32> renamed_album(const Folder &folder);
   void report(const std::string &path, int code, Pass *pass);
   void settle();

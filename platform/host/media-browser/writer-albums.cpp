@@ -11,22 +11,30 @@ gint64 &number_of_kind(AlbumRow &album, int kind) {
   return kind == kVideo ? album.videos : album.pictures;
 }
 
+bool is_same(const AlbumRow &album, const Folder &folder) {
+  return album.inode == folder.inode && album.device == folder.device && album.born == folder.born;
+}
+
 }  // namespace
+
+void Writer::take_identity(AlbumRow &album, const Folder &folder) {
+  album.device = folder.device;
+  album.inode = folder.inode;
+  album.born = folder.born;
+  changed_albums_.insert(album.id);
+}
 
 AlbumRow &Writer::album_of(const Folder &folder) {
   if (const auto found = album_of_path_.find(folder.path); found != album_of_path_.end()) {
     AlbumRow &album = albums_.at(found->second);
-    if (album.inode != folder.inode || album.device != folder.device) {
-      album.inode = folder.inode;
-      album.device = folder.device;
-      changed_albums_.insert(album.id);
-    }
+    if (!is_same(album, folder)) take_identity(album, folder);
     return album;
   }
   AlbumRow album;
   album.path = folder.path;
   album.device = folder.device;
   album.inode = folder.inode;
+  album.born = folder.born;
   album.camera = folder.camera;
   album.id = tables_->add_album(album);
   album_of_path_[folder.path] = album.id;
@@ -40,6 +48,14 @@ void Writer::displace(AlbumRow &album) {
   tables_->store_album(album);
 }
 
+void Writer::refresh_folder(gint32 id, const Folder &folder) {
+  const auto found = albums_.find(id);
+  if (found == albums_.end()) return;
+  begin();
+  take_identity(found->second, folder);
+  folders_moved_ = true;
+}
+
 void Writer::move_folder(gint32 id, const Folder &folder) {
   const auto found = albums_.find(id);
   if (found == albums_.end() || found->second.path == folder.path) return;
@@ -51,10 +67,10 @@ void Writer::move_folder(gint32 id, const Folder &folder) {
   const std::string old_path = album.path;
   album_of_path_.erase(old_path);
   album.path = folder.path;
-  album.device = folder.device;
-  album.inode = folder.inode;
+  take_identity(album, folder);
   album_of_path_[folder.path] = id;
   tables_->store_album(album);
+  if (!old_path.empty()) user_news_.folders.emplace_back(old_path, folder.path);
   const std::vector<gint32> ids = tables_->ids_of_album(id);
   touched_.insert(touched_.end(), ids.begin(), ids.end());
   for (const FileRow &file : tables_->told_of_album(id)) {
@@ -70,7 +86,7 @@ void Writer::move_folder(gint32 id, const Folder &folder) {
     counts_[class_in(album, kVideo)] += album.videos;
   }
   ++changes_;
-  ++shared_.folders_version;
+  folders_moved_ = true;
 }
 
 void Writer::count_in(AlbumRow &album, int kind, gint64 date, gint32 id) {

@@ -8,6 +8,9 @@ namespace phone::media {
 
 namespace {
 
+/// Files that wait for the end of a scan.
+constexpr std::size_t kMostReplacements = 10'000;
+
 /// Whether a path still names the file of an identity.
 bool is_still_at(const std::string &path, guint64 inode) {
   struct stat info;
@@ -39,21 +42,33 @@ void Writer::store_one(const Found &found) {
     return;
   }
   const std::optional<FileRow> moved = moved_from(found);
-  if (!moved) {
+  if (moved) {
+    if (present) bury(*present);
+    replace(*moved, album, found);
+  } else if (!present) {
+    add(album, found);
+  } else if (at_the_end_ || replacements_.size() >= kMostReplacements) {
     // A program that saves a file writes another one and gives it the name: it is the same
     // picture to people.
-    if (present) {
-      replace(*present, album, found);
-    } else {
-      add(album, found);
-    }
-    return;
+    replace(*present, album, found);
+  } else {
+    replacements_.push_back(found);
   }
-  if (present) bury(*present);
-  replace(*moved, album, found);
+}
+
+void Writer::store_replacements() {
+  if (replacements_.empty()) return;
+  // Reset even when storing fails.
+  const struct End {
+    bool &flag;
+    ~End() { flag = false; }
+  } end{at_the_end_};
+  at_the_end_ = true;
+  store(std::exchange(replacements_, {}));
 }
 
 std::optional<FileRow> Writer::moved_from(const Found &found) const {
+  if (found.state.inode == 0) return std::nullopt;
   for (const FileRow &candidate : tables_->by_identity(found.state)) {
     if (candidate.file_class == 0) return candidate;
     const std::string path = path_of(candidate);

@@ -196,13 +196,15 @@ void Writer::commit() {
   store_albums();
   for (const auto &[file_class, files] : counts_) tables_->store_count(file_class, files);
   tables_->set_meta(kLastId, last_id_);
+  // First, because a scan finds a renamed file again, but nothing tells whose favourite it was.
+  if (!user_news_.empty()) user_data_.follow(std::exchange(user_news_, {}));
   const int code = database_.run("COMMIT");
   if (code != SQLITE_OK) throw IndexFailure{code};
   in_transaction_ = false;
+  if (std::exchange(folders_moved_, false)) ++shared_.folders_version;
   gint64 files = 0;
   for (const auto &[file_class, number] : counts_) files += number;
   shared_.progress.set_media_files(static_cast<guint64>(files));
-  if (!user_news_.empty()) user_data_.follow(std::exchange(user_news_, {}));
 }
 
 void Writer::fail(const IndexFailure &failure) {
@@ -265,6 +267,7 @@ void Writer::end_scan() {
 }
 
 void Writer::settle() {
+  store_replacements();
   commit();
   publish();
 }

@@ -47,6 +47,8 @@ class Writer {
   void lose(const std::vector<Lost> &files);
   /// All files of a folder have gone.
   void lose_folder(gint32 album);
+  /// A folder is on another device.
+  void refresh_folder(gint32 album, const Folder &folder);
   /// A folder has been renamed.
   void move_folder(gint32 album, const Folder &folder);
   /// A file has been removed by us; readers do not list it any more.
@@ -84,6 +86,7 @@ class Writer {
   void tell_ready();
 
   AlbumRow &album_of(const Folder &folder);
+  void take_identity(AlbumRow &album, const Folder &folder);
   void displace(AlbumRow &album);
   void count_in(AlbumRow &album, int kind, gint64 date, gint32 id);
   void count_out(AlbumRow &album, const FileRow &file);
@@ -93,6 +96,7 @@ class Writer {
   [[nodiscard]] std::string path_of(const FileRow &file) const;
 
   void store_one(const Found &found);
+  void store_replacements();
   void add(AlbumRow &album, const Found &found);
   void replace(const FileRow &row, AlbumRow &album, const Found &found);
   void bury(const FileRow &row);
@@ -120,6 +124,11 @@ class Writer {
   bool in_transaction_ = false;
   std::size_t changes_ = 0;
   Clock::time_point began_;
+  bool folders_moved_ = false;
+  /// Files in whose place the index knows others: stored when those have been found under their
+  /// new names or not at all.
+  std::vector<Found> replacements_;
+  bool at_the_end_ = false;
   std::set<gint32> changed_albums_;
   std::set<gint32> stale_albums_;
   UserData::News user_news_;
