@@ -38,9 +38,13 @@ function(pb_add_test name)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test-support PkgConfig::GTK2
     GTest::gmock GTest::gtest)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  target_precompile_headers(${name} REUSE_FROM test-headers)
   set(PB_DEFAULT_LABELS ${arg_LABELS})
   if(NOT arg_LABELS)
     set(PB_DEFAULT_LABELS plain)
+  endif()
+  if(threads IN_LIST PB_DEFAULT_LABELS)
+    add_dependencies(threads-tests ${name})
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX ${name}.
     PROPERTIES LABELS "${PB_DEFAULT_LABELS}" TIMEOUT 120)

@@ -1,0 +1,1 @@
+// Gives the precompiled headers of the tests something to be compiled with.
