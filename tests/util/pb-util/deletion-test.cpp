@@ -1,3 +1,5 @@
+#include <ostream>
+
 #include "pb-debug.h"
 #include "pb-util-file.h"
 #include "pb-util-resource.h"
@@ -196,6 +198,8 @@ struct ErrorText {
   gint error;
   const char *text;
 };
+
+void PrintTo(const ErrorText &row, std::ostream *out) { *out << "error " << row.error; }
 
 class DeletionErrors : public Deletion, public testing::WithParamInterface<ErrorText> {};
 

@@ -1,3 +1,5 @@
+#include <ostream>
+
 #include "pb-debug.h"
 #include "util/pb-util/dialog-fixture.hpp"
 
@@ -241,6 +243,8 @@ struct Buttons {
   gint set;
   std::vector<std::string> labels_and_responses;
 };
+
+void PrintTo(const Buttons &buttons, std::ostream *out) { *out << "set " << buttons.set; }
 
 class DialogButtons : public DialogTest, public testing::WithParamInterface<Buttons> {};
 

@@ -1,3 +1,5 @@
+#include <ostream>
+
 #include "pb-debug.h"
 #include "pb-util-settings.h"
 #include "support/fake-platform.hpp"
@@ -14,6 +16,8 @@ struct Mode {
   int mode;
   std::vector<std::string> calls;
 };
+
+void PrintTo(const Mode &mode, std::ostream *out) { *out << "mode " << mode.mode; }
 
 class PowerModes : public testing::TestWithParam<Mode> {};
 

@@ -1,4 +1,5 @@
 #include <array>
+#include <ostream>
 #include <string>
 
 #include "pb-util-settings.h"
@@ -18,6 +19,8 @@ struct Theme {
   const char *color;
   const char *plus_color;
 };
+
+void PrintTo(const Theme &theme, std::ostream *out) { *out << "theme " << theme.number; }
 
 class ThemeTable : public testing::TestWithParam<Theme> {
  protected:

@@ -1,3 +1,4 @@
+#include <ostream>
 #include <string>
 
 #include "pb-debug.h"
@@ -39,6 +40,10 @@ struct Shown {
   int shown_width;
   int shown_height;
 };
+
+void PrintTo(const Shown &row, std::ostream *out) {
+  *out << row.width << "x" << row.height << " on a screen turned by " << row.rotation;
+}
 
 class VideoThumbnailSize : public testing::TestWithParam<Shown> {};
 
