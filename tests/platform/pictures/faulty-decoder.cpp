@@ -55,6 +55,14 @@ void answer(std::string_view fault, std::uint32_t id) {
   reply(message, fault == "no-pixels" ? -1 : fd);
 }
 
+void work_for_ever() {
+  volatile unsigned turns = 0;
+  for (;;) {
+    const unsigned next = turns + 1;
+    turns = next;
+  }
+}
+
 }  // namespace
 
 int main() {
@@ -64,7 +72,8 @@ int main() {
   for (;;) {
     wire::Request request;
     if (recv(wire::kSocket, &request, sizeof request, 0) != sizeof request) return 0;
-    if (fault == "hangs") pause();
+    if (fault == "hangs") work_for_ever();
+    if (fault == "sleeps") pause();
     if (fault == "hangs-at-width-77" && request.width == 77) pause();
     if (fault == "crashes") std::abort();
     if (fault == "is-killed") raise(SIGKILL);
