@@ -5,6 +5,8 @@
 #include <check.hpp>
 
 #include <algorithm>
+#include <cstdlib>
+#include <vector>
 
 #include "private.hpp"
 
@@ -62,11 +64,27 @@ void fill_first_row(const char *entry, PbItemList *list, gint row) {
   pb::item_list::set_row(list, row, item.get(), pixbuf.get());
 }
 
+/// Draws the next number of the order, and frees its storage, which drawing leaves to the caller.
+gint draw(GList **order) {
+  std::vector<gpointer> numbers;
+  for (const GList *link = *order; link != nullptr; link = link->next) {
+    numbers.push_back(link->data);
+  }
+  const gint number = pb_get_random_index(order);
+  std::size_t drawn = 0;  // what is left keeps its order: the first that differs is gone
+  for (const GList *link = *order; link != nullptr && link->data == numbers[drawn];
+       link = link->next) {
+    ++drawn;
+  }
+  if (drawn < numbers.size()) std::free(numbers[drawn]);
+  return number;
+}
+
 /// Chooses the row of one call. FALSE when the order has run dry.
 bool choose_row(const char *entry, PbItemListPrivate &priv, gint start, gint *row) {
   const gint half = priv.refresh_count - priv.batch_size;
   if (priv.refresh_remaining > half) {
-    priv.refresh_progress = pb_get_random_index(&priv.refresh_order);
+    priv.refresh_progress = draw(&priv.refresh_order);
     if (priv.refresh_progress < 0) {
       LOG_FOR(entry, PB_LOG_ERROR, "Error: random index = %d\n", priv.refresh_progress);
       return false;
