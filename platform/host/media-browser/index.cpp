@@ -140,10 +140,12 @@ bool Index::change_user_data(gint32 id, const std::function<void(UserData::File 
   if (!file || file->gone() || file->folder.empty()) return false;
   UserData::File known{file->user_flags, file->nfid};
   change(known);
-  if (!user_data_.set(join(file->folder, file->name), file->state, known)) return false;
+  const gint64 generation = user_data_.set(join(file->folder, file->name), file->state, known);
+  if (generation < 0) return false;
   const guint64 ticket = shared_.views.mark(id, {known.flags, known.nfid});
-  writer_->post([id, known, ticket](Writer &writer) {
-    writer.set_user_data(id, known.flags, known.nfid, ticket);
+  writer_->post([id, known, generation, ticket](Writer &writer) {
+    writer.set_user_data(id, known, generation);
+    writer.show_user_data(id, ticket);
   });
   return true;
 }

@@ -96,7 +96,7 @@ AlbumRow Reader::album_from(const Cursor &row) const {
 }
 
 void Reader::leave_out_hidden(AlbumRow &album) {
-  for (const gint32 id : shared_.views.hidden()) {
+  for (const gint32 id : ahead_.hidden) {
     const auto file = read_file(id);
     if (!file || file->gone() || file->album != album.id) continue;
     --(file->kind == kVideo ? album.videos : album.pictures);
@@ -107,8 +107,8 @@ void Reader::leave_out_hidden(AlbumRow &album) {
 }
 
 std::optional<std::vector<AlbumRow>> Reader::albums() {
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return std::nullopt;
+  const Reading reading(*this);
+  if (!reading) return std::nullopt;
   std::vector<AlbumRow> all;
   {
     Cursor row(statements_->albums);
@@ -121,8 +121,8 @@ std::optional<std::vector<AlbumRow>> Reader::albums() {
 }
 
 std::optional<AlbumRow> Reader::album(gint32 id) {
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return std::nullopt;
+  const Reading reading(*this);
+  if (!reading) return std::nullopt;
   std::optional<AlbumRow> album;
   {
     Cursor row(statements_->album, id);
@@ -135,14 +135,14 @@ std::optional<AlbumRow> Reader::album(gint32 id) {
 
 std::optional<std::vector<gint32>> Reader::album_files(gint32 album, const Sort &sort,
                                                        ClassMask mask) {
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return std::nullopt;
+  const Reading reading(*this);
+  if (!reading) return std::nullopt;
   return read_album_files(album, sort, mask);
 }
 
 std::optional<std::vector<gint32>> Reader::read_album_files(gint32 album, const Sort &sort,
                                                             ClassMask mask) {
-  const std::set<gint32> hidden = shared_.views.hidden();
+  const std::set<gint32> &hidden = ahead_.hidden;
   std::vector<std::pair<gint64, gint32>> numbered;
   std::vector<Named> named;
   const Statement &statement = sort.key == SortKey::kName   ? statements_->album_names

@@ -38,17 +38,14 @@ class Walk {
 std::vector<std::optional<Reader::File>> Reader::files(const Sort &sort, ClassMask mask,
                                                        const std::vector<gint32> &ids) {
   std::vector<std::optional<File>> result(ids.size());
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return result;
-  // One transaction: otherwise each row takes and gives back the lock of the file.
-  database_.run("BEGIN");
+  const Reading reading(*this);
+  if (!reading) return result;
   if (sort.key == SortKey::kDate && ids.size() >= kShortest) {
     read_by_date(sort.reversed, mask, ids, result);
   }
   for (std::size_t at = 0; at < ids.size(); ++at) {
     if (!result[at]) result[at] = read_file(ids[at]);
   }
-  database_.run("COMMIT");
   return result;
 }
 

@@ -22,7 +22,18 @@ Reader::Reader(const IndexStorage &storage, Shared &shared) : storage_(storage),
 
 Reader::~Reader() = default;
 
-bool Reader::ready() {
+Reader::Reading::Reading(Reader &reader) : reader_(reader), lock_(reader.mutex_) {
+  reader_.ahead_ = reader_.shared_.views.ahead();
+  open_ = reader_.open();
+  // One transaction also saves each row the file's lock.
+  if (open_) reader_.database_.run("BEGIN");
+}
+
+Reader::Reading::~Reading() {
+  if (open_) reader_.database_.run("COMMIT");
+}
+
+bool Reader::open() {
   const guint64 version = shared_.file_version;
   if (!database_.is_open() || version != file_version_) {
     file_version_ = version;
@@ -55,19 +66,18 @@ bool Reader::take_damage() {
 
 std::optional<gint64> Reader::count(ClassMask mask) {
   if (const auto known = shared_.views.count_anew(mask)) return static_cast<gint64>(*known);
-  const std::scoped_lock lock(mutex_);
-  return counted(mask);
+  const Reading reading(*this);
+  return reading ? counted(mask) : std::nullopt;
 }
 
 std::optional<gint64> Reader::counted(ClassMask mask) {
-  if (!ready()) return std::nullopt;
   gint64 count = 0;
   Cursor row(statements_->counts);
   while (row.next()) {
     if (lets_through(mask, row.number(0))) count += row.integer(1);
   }
   if (!good(row)) return std::nullopt;
-  for (const gint32 id : shared_.views.hidden()) {
+  for (const gint32 id : ahead_.hidden) {
     const auto file = read_file(id);
     if (file && lets_through(mask, file->file_class)) --count;
   }
@@ -82,11 +92,11 @@ std::vector<gint32> Reader::page(const Sort &sort, ClassMask mask, gint64 first,
   Views::OrderPtr order = shared_.views.read({sort.key, mask});
   if (order == nullptr) {
     {
-      const std::scoped_lock lock(mutex_);
+      const Reading reading(*this);
       // A short list is read in whole: many callers ask for the rows from 0 to its length.
-      const std::optional<gint64> known = ready() ? counted(mask) : std::nullopt;
+      const std::optional<gint64> known = reading ? counted(mask) : std::nullopt;
       const gint64 wanted = std::min(last + 1, known.value_or(last + 1));
-      if (wanted <= kFirstRows) {
+      if (reading && wanted <= kFirstRows) {
         std::vector<gint32> rows = first_rows(sort, mask, wanted);
         rows.erase(rows.begin(),
                    rows.begin() + static_cast<std::ptrdiff_t>(std::min(begin, rows.size())));
@@ -136,8 +146,8 @@ std::vector<gint32> Reader::first_by_walk(const Statement &statement, ClassMask 
 }
 
 std::vector<gint32> Reader::first_rows(const Sort &sort, ClassMask mask, gint64 count) {
-  if (count <= 0 || !ready()) return {};
-  const std::set<gint32> hidden = shared_.views.hidden();
+  if (count <= 0) return {};
+  const std::set<gint32> &hidden = ahead_.hidden;
   const gint64 wanted = count + static_cast<gint64>(hidden.size());
   const Statements &all = *statements_;
   std::vector<gint32> ids;
@@ -196,23 +206,23 @@ std::optional<Reader::File> Reader::read_file(gint32 id) {
 }
 
 void Reader::show_marks(gint32 id, File &file) const {
-  const Views::Marks marks = shared_.views.marks_of(id);
-  file.user_flags = marks.flags.value_or(file.user_flags);
-  file.nfid = marks.nfid.value_or(file.nfid);
+  const auto marks = ahead_.marks.find(id);
+  if (marks == ahead_.marks.end()) return;
+  file.user_flags = marks->second.flags.value_or(file.user_flags);
+  file.nfid = marks->second.nfid.value_or(file.nfid);
 }
 
 std::optional<Reader::File> Reader::file(gint32 id) {
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return std::nullopt;
-  return read_file(id);
+  const Reading reading(*this);
+  return reading ? read_file(id) : std::nullopt;
 }
 
 gint32 Reader::id_of_path(std::string_view path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string_view::npos) return 0;
   const std::string_view folder = slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
-  const std::scoped_lock lock(mutex_);
-  if (!ready()) return 0;
+  const Reading reading(*this);
+  if (!reading) return 0;
   gint32 album = 0;
   {
     Cursor row(statements_->album_of_path, folder);
@@ -222,7 +232,7 @@ gint32 Reader::id_of_path(std::string_view path) {
   Cursor row(statements_->file_of_name, path.substr(slash + 1), album);
   const gint32 id = row.next() ? row.number(0) : 0;
   good(row);
-  return shared_.views.hidden().contains(id) ? 0 : id;
+  return ahead_.hidden.contains(id) ? 0 : id;
 }
 
 }  // namespace phone::media

@@ -65,7 +65,22 @@ class Reader {
  private:
   struct Statements;
 
-  bool ready();
+  /// One reading: the connection is this thread's, and shows one state of the index throughout.
+  class Reading {
+   public:
+    explicit Reading(Reader &reader);
+    ~Reading();
+    Reading(const Reading &) = delete;
+    Reading &operator=(const Reading &) = delete;
+    explicit operator bool() const { return open_; }
+
+   private:
+    Reader &reader_;
+    std::unique_lock<std::mutex> lock_;
+    bool open_;
+  };
+
+  bool open();
   bool good(const Cursor &row);
   [[nodiscard]] std::optional<File> read_file(gint32 id);
   void show_marks(gint32 id, File &file) const;
@@ -96,6 +111,8 @@ class Reader {
   guint64 folders_version_ = 0;
   std::unordered_map<gint32, Place> places_;
   bool damaged_ = false;
+  /// Of the reading that is under way.
+  Views::Ahead ahead_;
 };
 
 }  // namespace phone::media

@@ -8,6 +8,8 @@ namespace {
 
 constexpr const char *kCountUp = "UPDATE meta SET value = value + 1 WHERE key = 'generation'";
 
+constexpr const char *kGeneration = "SELECT value FROM meta WHERE key = 'generation'";
+
 UserData::File file_of(const Cursor &row) { return {row.number(0), row.integer(1)}; }
 
 }  // namespace
@@ -46,17 +48,21 @@ bool UserData::change(const std::function<bool(const Database &)> &function) con
   return change_locked(function);
 }
 
-bool UserData::set(std::string_view path, const FileState &state, const File &file) {
+gint64 UserData::set(std::string_view path, const FileState &state, const File &file) {
   const std::scoped_lock lock(mutex_);
+  gint64 generation = -1;
   const bool kept = change_locked([&](const Database &database) {
     const Statement statement = database.prepare(
         "INSERT OR REPLACE INTO files(path, inode, size, mtime, flags, nfid) "
         "VALUES(?, ?, ?, ?, ?, ?)");
     Cursor row(statement, path, state.inode, state.size, state.mtime, file.flags, file.nfid);
-    return row.run() && database.run(kCountUp) == SQLITE_OK;
+    if (!row.run() || database.run(kCountUp) != SQLITE_OK) return false;
+    generation = database.ask(kGeneration, -1);
+    return true;
   });
-  if (kept) empty_ = false;
-  return kept;
+  if (!kept) return -1;
+  empty_ = false;
+  return generation;
 }
 
 bool UserData::follow(const News &news) {
@@ -102,7 +108,7 @@ void UserData::each(
 
 gint64 UserData::generation() const {
   const std::scoped_lock lock(mutex_);
-  return database_.ask("SELECT value FROM meta WHERE key = 'generation'", -1);
+  return database_.ask(kGeneration, -1);
 }
 
 }  // namespace phone::media

@@ -41,8 +41,8 @@ class UserData {
   [[nodiscard]] File find(std::string_view path, const FileState &state) const;
   /// Whether nothing is known of any file.
   [[nodiscard]] bool empty() const;
-  /// @return false when it could not be written; nothing has changed then
-  [[nodiscard]] bool set(std::string_view path, const FileState &state, const File &file);
+  /// @return the generation from then on; -1 when it could not be written, and nothing has changed
+  [[nodiscard]] gint64 set(std::string_view path, const FileState &state, const File &file);
 
   /// What has happened to files and folders since people said something about them.
   struct News {

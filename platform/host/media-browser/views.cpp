@@ -72,11 +72,6 @@ void Views::hide(gint32 id) {
   for (auto &[key, order] : newest_) order = without(order, {id});
 }
 
-std::set<gint32> Views::hidden() const {
-  const std::scoped_lock lock(mutex_);
-  return hidden_;
-}
-
 guint64 Views::mark(gint32 id, const Marks &marks) {
   const std::scoped_lock lock(mutex_);
   Told &told = marks_[id];
@@ -86,11 +81,11 @@ guint64 Views::mark(gint32 id, const Marks &marks) {
   return told.ticket;
 }
 
-Views::Marks Views::marks_of(gint32 id) const {
+Views::Ahead Views::ahead() const {
   const std::scoped_lock lock(mutex_);
-  if (marks_.empty()) return {};
-  const auto found = marks_.find(id);
-  return found == marks_.end() ? Marks{} : found->second.marks;
+  Ahead result{hidden_, {}};
+  for (const auto &[id, told] : marks_) result.marks.emplace(id, told.marks);
+  return result;
 }
 
 std::vector<OrderKey> Views::take_wanted() {

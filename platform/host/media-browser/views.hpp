@@ -41,7 +41,6 @@ class Views {
 
   /// Takes a file out of all orders at once, ahead of the index thread.
   void hide(gint32 id);
-  [[nodiscard]] std::set<gint32> hidden() const;
   /// What a reader shows instead of the flags and web id in the index, until the index thread has
   /// stored them.
   struct Marks {
@@ -50,7 +49,13 @@ class Views {
   };
   /// @return a ticket for stored_marks()
   guint64 mark(gint32 id, const Marks &marks);
-  [[nodiscard]] Marks marks_of(gint32 id) const;
+  /// All that readers have to know ahead of the index. Taken before the index is read: what the
+  /// index thread stores after that is then seen twice, and not missed.
+  struct Ahead {
+    std::set<gint32> hidden;
+    std::unordered_map<gint32, Marks> marks;
+  };
+  [[nodiscard]] Ahead ahead() const;
 
   // The index thread.
 

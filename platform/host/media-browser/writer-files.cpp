@@ -138,11 +138,14 @@ void Writer::lose_path(const std::string &path, gint32 id) {
   bury(*row);
 }
 
-void Writer::set_user_data(gint32 id, int flags, gint64 nfid, guint64 ticket) {
+void Writer::set_user_data(gint32 id, const UserData::File &known, gint64 generation) {
   begin();
-  tables_->set_user_data(id, flags, nfid);
-  tables_->set_meta("user_generation", user_data_.generation());
+  tables_->set_user_data(id, known.flags, known.nfid);
+  tables_->set_meta("user_generation", generation);
   ++changes_;
+}
+
+void Writer::show_user_data(gint32 id, guint64 ticket) {
   commit();
   shared_.views.stored_marks(id, ticket);
   Announcer::instance().announce(MEDIA_INDEX_ROWS_CHANGED);

@@ -53,7 +53,10 @@ class Writer {
   void move_folder(gint32 album, const Folder &folder);
   /// A file has been removed by us; readers do not list it any more.
   void lose_path(const std::string &path, gint32 id);
-  void set_user_data(gint32 id, int flags, gint64 nfid, guint64 ticket);
+  /// @param generation of the user's data, of which the index then has everything
+  void set_user_data(gint32 id, const UserData::File &known, gint64 generation);
+  /// Readers take from now on from the index what they were told ahead of it.
+  void show_user_data(gint32 id, guint64 ticket);
   /// Between the two, changes are gathered into larger portions.
   void begin_scan();
   void end_scan();
