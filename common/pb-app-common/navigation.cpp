@@ -51,7 +51,7 @@ PbItem *pb_app_common_get_nth_item_from_current(gint offset) {
   PB_LOG(PB_LOG_INFO, "ITEM FOUND\n");
   if (PbItem *item = peek_item(priv, static_cast<gint>(index))) return item;
   // A viewer that asks for an empty row lands on the next one.
-  thiz->item_index += 1;
+  if (thiz->item_index < G_MAXINT) thiz->item_index += 1;
   return peek_item(priv, static_cast<gint>(index + 1));
 }
 

@@ -95,6 +95,7 @@ void pb_item_list_vls_disconnect_signal(PbItemList *item_list) {
   PB_CHECK(PB_IS_ITEM_LIST(item_list));
   disconnect_fill_handlers(item_list, G_CALLBACK(pb_item_list_insert_data));
   pb::item_list::remove_idle_source(private_of(item_list));
+  private_of(item_list).refresh_running = 0;
   pb::item_list::release_adjustment(item_list);
   PB_LOG(PB_LOG_INFO, "item_list: 0x%x signal disconnected.\n", GPOINTER_TO_UINT(item_list));
 }

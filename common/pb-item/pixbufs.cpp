@@ -9,6 +9,8 @@
 #include <check.hpp>
 #include <glib-ptr.hpp>
 
+#include <algorithm>
+
 namespace {
 
 using PixbufRef = pb::Ref<GdkPixbuf>;
@@ -58,6 +60,8 @@ Size decoded_size(Size stored, bool sideways, Size box) {
   Size fitted = shown;
   pb_calc_scaled_size(shown.width, shown.height, box.width, box.height,
                       PB_SCALE_FIT_WIDTH | PB_SCALE_FIT_HEIGHT, &fitted.width, &fitted.height);
+  // The short side of a long strip comes out as 0.
+  fitted = {std::max(fitted.width, 1), std::max(fitted.height, 1)};
   return sideways ? swapped(fitted) : fitted;
 }
 
