@@ -50,6 +50,25 @@ void Canvas::show(Slide current) {
 void Canvas::set_neighbours(std::unique_ptr<Slide> previous, std::unique_ptr<Slide> next) {
   previous_ = std::move(previous);
   next_ = std::move(next);
+  sent_.keep_only({&current_, previous_.get(), next_.get()});
+  // After what is to be seen has been drawn.
+  if (sending_.pending()) return;
+  sending_ = pb::SourceId(gdk_threads_add_idle_full(G_PRIORITY_LOW, send_ahead, this, nullptr));
+}
+
+/// Sends one neighbour at a time.
+gboolean Canvas::send_ahead(gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  canvas->sending_.forget();
+  GdkWindow *window = gtk_widget_get_window(canvas->area_.get());
+  if (window == nullptr) return G_SOURCE_REMOVE;
+  cairo_t *cairo = gdk_cairo_create(window);
+  for (const Slide *slide : {canvas->next_.get(), canvas->previous_.get()}) {
+    if (slide == nullptr || !slide->picture || slide->is_preview) continue;
+    canvas->sent_.get(cairo_get_target(cairo), slide->picture.get());
+  }
+  cairo_destroy(cairo);
+  return G_SOURCE_REMOVE;
 }
 
 void Canvas::draw(cairo_t *cairo) {
@@ -60,7 +79,7 @@ void Canvas::draw(cairo_t *cairo) {
     cairo_translate(cairo, x, 0);
     cairo_rectangle(cairo, 0, 0, allocation.width, allocation.height);
     cairo_clip(cairo);
-    paint_slide(cairo, area_.get(), slide, allocation.width, allocation.height);
+    paint_slide(cairo, area_.get(), sent_, slide, allocation.width, allocation.height);
     cairo_restore(cairo);
   };
   const double shift = std::round(shift_);

@@ -6,17 +6,10 @@
 #include <functional>
 #include <glib-ptr.hpp>
 #include <memory>
-#include <string>
+
+#include "slide-painter.hpp"
 
 namespace gallery {
-
-/// What is to be seen of one picture.
-struct Slide {
-  pb::Ref<GdkPixbuf> picture;  ///< NULL for none
-  bool is_preview = false;     ///< a thumbnail: shown as large as the picture will be
-  bool has_play_mark = false;
-  std::string sentence;  ///< under the picture, or in its place
-};
 
 class Canvas {
  public:
@@ -44,6 +37,7 @@ class Canvas {
   static gboolean on_motion(GtkWidget *area, GdkEventMotion *event, gpointer self);
   static void on_resized(GtkWidget *area, GtkAllocation *allocation, gpointer self);
   static gboolean on_frame(gpointer self);
+  static gboolean send_ahead(gpointer self);
 
   void draw(cairo_t *cairo);
   void tap(double x);
@@ -57,6 +51,8 @@ class Canvas {
   Slide current_;
   std::unique_ptr<Slide> previous_;
   std::unique_ptr<Slide> next_;
+  SentPictures sent_;
+  pb::SourceId sending_;
 
   bool pressed_ = false;
   bool dragging_ = false;

@@ -3,6 +3,7 @@
 #include <pb-util-resource.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace gallery {
 namespace {
@@ -41,12 +42,20 @@ Size size_of(GdkPixbuf *pixbuf) {
           static_cast<double>(gdk_pixbuf_get_height(pixbuf))};
 }
 
+struct Point {
+  double x;
+  double y;
+};
+
+/// Whole pixels keep a picture at its own size sharp.
+Point corner_of(Size picture, double scale, Size box) {
+  return {static_cast<double>(static_cast<int>((box.width - picture.width * scale) / 2)),
+          static_cast<double>(static_cast<int>((box.height - picture.height * scale) / 2))};
+}
+
 void paint_centred(cairo_t *cairo, GdkPixbuf *pixbuf, double scale, Size box) {
-  const Size picture = size_of(pixbuf);
-  // Whole pixels keep a picture at its own size sharp.
-  const double x = static_cast<int>((box.width - picture.width * scale) / 2);
-  const double y = static_cast<int>((box.height - picture.height * scale) / 2);
-  paint_pixbuf(cairo, pixbuf, x, y, scale);
+  const Point corner = corner_of(size_of(pixbuf), scale, box);
+  paint_pixbuf(cairo, pixbuf, corner.x, corner.y, scale);
 }
 
 void paint_sentence(cairo_t *cairo, GtkWidget *widget, const std::string &sentence, double top,
@@ -78,7 +87,34 @@ void paint_bitmap_and_sentence(cairo_t *cairo, GtkWidget *widget, const std::str
 
 }  // namespace
 
-void paint_slide(cairo_t *cairo, GtkWidget *widget, const Slide &slide, int width, int height) {
+cairo_surface_t *SentPictures::get(cairo_surface_t *target, GdkPixbuf *picture) {
+  const auto known = std::find_if(sent_.begin(), sent_.end(), [picture](const Sent &sent) {
+    return sent.picture.get() == picture;
+  });
+  if (known != sent_.end()) return known->surface.get();
+
+  const auto content =
+      gdk_pixbuf_get_has_alpha(picture) ? CAIRO_CONTENT_COLOR_ALPHA : CAIRO_CONTENT_COLOR;
+  SurfacePtr surface(cairo_surface_create_similar(target, content, gdk_pixbuf_get_width(picture),
+                                                  gdk_pixbuf_get_height(picture)));
+  cairo_t *cairo = cairo_create(surface.get());
+  gdk_cairo_set_source_pixbuf(cairo, picture, 0, 0);
+  cairo_paint(cairo);
+  cairo_destroy(cairo);
+  sent_.push_back({pb::Ref<GdkPixbuf>::share(picture), std::move(surface)});
+  return sent_.back().surface.get();
+}
+
+void SentPictures::keep_only(std::initializer_list<const Slide *> slides) {
+  std::erase_if(sent_, [&slides](const Sent &sent) {
+    return std::none_of(slides.begin(), slides.end(), [&sent](const Slide *slide) {
+      return slide != nullptr && slide->picture.get() == sent.picture.get();
+    });
+  });
+}
+
+void paint_slide(cairo_t *cairo, GtkWidget *widget, SentPictures &sent, const Slide &slide,
+                 int width, int height) {
   const Size box{static_cast<double>(width), static_cast<double>(height)};
   if (!slide.picture) {
     if (!slide.sentence.empty()) paint_bitmap_and_sentence(cairo, widget, slide.sentence, box);
@@ -86,7 +122,14 @@ void paint_slide(cairo_t *cairo, GtkWidget *widget, const Slide &slide, int widt
   }
   const Size picture = size_of(slide.picture.get());
   const double scale = scale_for(slide, picture, box);
-  paint_centred(cairo, slide.picture.get(), scale, box);
+  if (scale == 1) {
+    const Point corner = corner_of(picture, scale, box);
+    cairo_set_source_surface(cairo, sent.get(cairo_get_target(cairo), slide.picture.get()),
+                             corner.x, corner.y);
+    cairo_paint(cairo);
+  } else {
+    paint_centred(cairo, slide.picture.get(), scale, box);
+  }
   if (slide.has_play_mark) {
     const auto mark = pb::Ref<GdkPixbuf>::adopt(pb_get_pixbuf(kPlayMark));
     if (mark) paint_centred(cairo, mark.get(), 2, box);

@@ -7,6 +7,7 @@ namespace gallery {
 namespace {
 
 constexpr int kPadding = 8;
+constexpr int kBesideSentence = 72;
 
 /// 12,345 as the user's language writes it.
 std::string grouped(guint64 number) {
@@ -14,12 +15,24 @@ std::string grouped(guint64 number) {
   return text.get();
 }
 
+/// A path of many hundred letters must not push the pictures out of the window.
+std::string shortened(const std::string &sentence) {
+  constexpr glong kMost = 150;
+  constexpr glong kEnds = kMost / 2;
+  const glong length = g_utf8_strlen(sentence.c_str(), -1);
+  if (length <= kMost) return sentence;
+  const pb::StringPtr head(g_utf8_substring(sentence.c_str(), 0, kEnds));
+  const pb::StringPtr tail(g_utf8_substring(sentence.c_str(), length - kEnds, length));
+  return std::string(head.get()) + "\xe2\x80\xa6" + tail.get();
+}
+
 }  // namespace
 
 StatusBar::StatusBar()
     : sentence_(pb::Ref<GtkWidget>::sink(gtk_label_new(nullptr))),
       dismiss_(pb::Ref<GtkWidget>::sink(gtk_button_new())) {
-  gtk_label_set_ellipsize(GTK_LABEL(sentence_.get()), PANGO_ELLIPSIZE_END);
+  gtk_label_set_line_wrap(GTK_LABEL(sentence_.get()), TRUE);
+  gtk_label_set_line_wrap_mode(GTK_LABEL(sentence_.get()), PANGO_WRAP_WORD_CHAR);
   gtk_misc_set_alignment(GTK_MISC(sentence_.get()), 0, 0.5);
   gtk_widget_set_name(sentence_.get(), "status-bar-sentence");
   gtk_button_set_label(GTK_BUTTON(dismiss_.get()), "\xc3\x97");
@@ -33,13 +46,14 @@ StatusBar::StatusBar()
   bar_ = pb::Ref<GtkWidget>::sink(gtk_event_box_new());
   gtk_widget_set_name(bar_.get(), "status-bar");
   gtk_container_add(GTK_CONTAINER(bar_.get()), row);
+  wrap_with_width(sentence_.get(), bar_.get(), kBesideSentence);
   set_shown(bar_.get(), false);
 }
 
 StatusBar::~StatusBar() { g_signal_handlers_disconnect_by_data(dismiss_.get(), this); }
 
 void StatusBar::update(const MediaIndexProgress &progress, const std::string &places) {
-  problem_ = one_line(progress.problem);
+  problem_ = shortened(one_line(progress.problem));
   if (progress.running != FALSE) {
     say(fill(Text::kLookingThrough, {{"folder", places}, {"count", grouped(progress.media_files)}}),
         false);
@@ -52,7 +66,6 @@ void StatusBar::update(const MediaIndexProgress &progress, const std::string &pl
 
 void StatusBar::say(const std::string &sentence, bool can_dismiss) {
   gtk_label_set_text(GTK_LABEL(sentence_.get()), sentence.c_str());
-  gtk_widget_set_tooltip_text(sentence_.get(), can_dismiss ? sentence.c_str() : nullptr);
   if (!gtk_widget_get_visible(bar_.get())) set_shown(bar_.get(), true);
   gtk_widget_set_visible(dismiss_.get(), can_dismiss);
 }

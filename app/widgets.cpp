@@ -5,6 +5,37 @@
 #include <glib-ptr.hpp>
 
 namespace gallery {
+namespace {
+
+/// A text that fits keeps its own width: a label that is wider than its only line draws it at
+/// its left edge, whatever the alignment.
+int width_for(GtkWidget *label, int available) {
+  const auto layout = pb::Ref<PangoLayout>::adopt(
+      gtk_widget_create_pango_layout(label, gtk_label_get_text(GTK_LABEL(label))));
+  int natural = 0;
+  pango_layout_get_pixel_size(layout.get(), &natural, nullptr);
+  return natural <= available ? -1 : available;
+}
+
+void fit_label(GtkWidget *label, GtkWidget *container) {
+  const int beside = GPOINTER_TO_INT(g_object_get_data(G_OBJECT(container), "gallery-beside"));
+  GtkAllocation allocation;
+  gtk_widget_get_allocation(container, &allocation);
+  const int width = width_for(label, MAX(1, allocation.width - beside));
+  int before = 0;
+  gtk_widget_get_size_request(label, &before, nullptr);
+  if (before != width) gtk_widget_set_size_request(label, width, -1);
+}
+
+void on_container_resized(GtkWidget *container, GtkAllocation * /*allocation*/, gpointer label) {
+  fit_label(GTK_WIDGET(label), container);
+}
+
+void on_text_changed(GtkWidget *label, GParamSpec * /*pspec*/, gpointer container) {
+  fit_label(label, GTK_WIDGET(container));
+}
+
+}  // namespace
 
 void name_widget(GtkWidget *widget, const char *name, const std::string &spoken) {
   gtk_widget_set_name(widget, name);
@@ -39,8 +70,15 @@ GtkWidget *make_wrapped_label(const char *name) {
   gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
   gtk_label_set_line_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
   gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
-  gtk_widget_set_size_request(label, 320, -1);
   return label;
+}
+
+void wrap_with_width(GtkWidget *label, GtkWidget *container, int beside) {
+  g_object_set_data(G_OBJECT(container), "gallery-beside", GINT_TO_POINTER(beside));
+  g_signal_connect_object(container, "size-allocate", G_CALLBACK(on_container_resized), label,
+                          GConnectFlags{});
+  g_signal_connect_object(label, "notify::label", G_CALLBACK(on_text_changed), container,
+                          GConnectFlags{});
 }
 
 }  // namespace gallery

@@ -19,4 +19,8 @@ GtkWidget *make_icon_button(int bitmap, const char *name, const std::string &spo
 /// A label that wraps and is centred.
 GtkWidget *make_wrapped_label(const char *name);
 
+/// Lets a label wrap at the width of a container less what stands beside it: by itself a label
+/// of GTK+ wraps at a width of its own choice.
+void wrap_with_width(GtkWidget *label, GtkWidget *container, int beside);
+
 }  // namespace gallery

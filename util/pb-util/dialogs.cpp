@@ -21,6 +21,7 @@ constexpr gint kOkLabel = 10307;
 constexpr gint kYesLabel = 10518;
 constexpr gint kNoLabel = 10289;
 constexpr gint kCheckBoxLabel = 1198;
+constexpr gint kCheckBoxTextWidth = 300;
 constexpr const char *kCheckBoxFont = "Quillon Rg Bold 18";
 
 struct Button {
@@ -70,6 +71,7 @@ void add_delete_box(GtkStyleDialog *dialog) {
   GtkWidget *text = gtk_bin_get_child(GTK_BIN(box));
   gtk_label_set_line_wrap(GTK_LABEL(text), TRUE);
   gtk_label_set_line_wrap_mode(GTK_LABEL(text), PANGO_WRAP_WORD_CHAR);
+  gtk_widget_set_size_request(text, kCheckBoxTextWidth, -1);
   const pb::util::FontPtr font(pango_font_description_from_string(kCheckBoxFont));
   gtk_widget_modify_font(text, font.get());
   g_signal_connect(box, "toggled", G_CALLBACK(delete_box_toggled), nullptr);

@@ -47,7 +47,8 @@ gint run_dialog(GtkStyleDialog *dialog, gint timeout_ms);
 /// Takes down an indicator and makes a style dialog over a window the next one and current.
 GtkStyleDialog *make_indicator(gint style, GtkWindow *parent, gint flags, const gchar *text);
 
-/// Puts the running animation into a dialog; a missing picture is logged and left out.
+/// Puts the running animation into a dialog. When its file is missing, which is logged, the
+/// toolkit's own turns instead.
 void add_animation(GtkStyleDialog *dialog);
 
 /// Shows a dialog with its middle in the middle of the screen.

@@ -159,6 +159,10 @@ GtkStyleDialog *make_indicator(gint style, GtkWindow *parent, gint flags, const 
   if (dialog == nullptr) return nullptr;
   dialogs().indicator.set(GTK_WIDGET(dialog));
   set_texts(dialog, nullptr, text);
+  // There are no buttons, so their row would be a gap.
+  GtkWidget *buttons = gtk_dialog_get_action_area(GTK_DIALOG(dialog));
+  gtk_widget_set_no_show_all(buttons, TRUE);
+  gtk_widget_hide(buttons);
   return dialog;
 }
 

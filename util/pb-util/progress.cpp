@@ -14,6 +14,9 @@ namespace {
 constexpr const char *kAnimationFile =
     "/usr/apps/com.velmora.photobrowser/res/bitmap/WVGA_Pb/download_indicator.gif";
 
+/// Of what stands in for the animation, pixels.
+constexpr gint kSpinnerSize = 44;
+
 constexpr gint kDoneLabel = 1069;
 constexpr gint kCancelLabel = 10066;
 
@@ -42,13 +45,17 @@ void add_animation(GtkStyleDialog *dialog) {
   ErrorPtr error;
   const auto animation = Ref<GdkPixbufAnimation>::adopt(
       gdk_pixbuf_animation_new_from_file(phone_path(kAnimationFile).c_str(), out(error)));
-  if (!animation) {
+  GtkWidget *moving = nullptr;
+  if (animation) {
+    moving = gtk_image_new_from_animation(animation.get());
+  } else {
     PB_LOG(PB_LOG_ERROR, "%s\n", error == nullptr ? "no animation" : error->message);
-    return;
+    moving = gtk_spinner_new();
+    gtk_widget_set_size_request(moving, kSpinnerSize, kSpinnerSize);
+    gtk_spinner_start(GTK_SPINNER(moving));
   }
-  GtkWidget *image = gtk_image_new_from_animation(animation.get());
-  gtk_container_add(GTK_CONTAINER(gtk_style_dialog_get_content_area(dialog)), image);
-  gtk_widget_show(image);
+  gtk_container_add(GTK_CONTAINER(gtk_style_dialog_get_content_area(dialog)), moving);
+  gtk_widget_show(moving);
 }
 
 void show_centred(GtkStyleDialog *dialog) {

@@ -10,8 +10,6 @@
 
 namespace phone::pictures {
 
-inline constexpr gint64 kTimeLimit = 2 * G_TIME_SPAN_SECOND;
-
 /// An open regular file, or the reason why there is none.
 struct OpenFile {
   Problem problem = Problem::kMissing;
@@ -28,14 +26,14 @@ struct Wish {
   int height = 0;
   std::uint32_t flags = 0;  ///< of wire::Flag
   Priority priority = Priority::kInteractive;
-  gint64 time_limit = kTimeLimit;
-  gint64 video_time_limit = kTimeLimit;
+  TimeLimit time_limit;
+  TimeLimit video_time_limit;
   const Cancellation *cancellation = nullptr;
 };
 
 /// Decodes an open picture, or takes a picture out of an open video, in another process. Blocks
-/// up to the time limit, for a video twice. A failure that lies in the file is remembered, and
-/// answered at once the next time. Any thread.
+/// up to the longest time, for a video up to both. A failure that lies in the file is remembered,
+/// and answered at once the next time. Any thread.
 Result decode_picture(const OpenFile &file, const Wish &wish);
 
 /// Whether decode_picture() would answer from memory that the file does not decode.

@@ -78,7 +78,7 @@ void Pool::give_back(Crew &crew, std::unique_ptr<Worker> worker, unsigned genera
 }
 
 Worker::Answer Pool::decode(int fd, const wire::Request &order, Priority priority,
-                            gint64 time_limit, const Cancellation *cancellation) {
+                            const TimeLimit &limit, const Cancellation *cancellation) {
   Crew &crew = crew_for(priority);
   const Place place(*this, crew);
   unsigned generation;
@@ -95,7 +95,7 @@ Worker::Answer Pool::decode(int fd, const wire::Request &order, Priority priorit
       worker = Worker::start(nice, answer.result.problem);
     }
     if (!worker) break;
-    answer = worker->decode(fd, order, g_get_monotonic_time() + time_limit, cancellation);
+    answer = worker->decode(fd, order, limit, cancellation);
     give_back(crew, std::move(worker), generation);
     if (!answer.worth_another_try) break;
   }

@@ -25,8 +25,8 @@ class Pool {
 
   /// Has an open file decoded by the next free process. Blocks. A process that is killed from
   /// outside is replaced and the file tried once more.
-  Worker::Answer decode(int fd, const wire::Request &order, Priority priority, gint64 time_limit,
-                        const Cancellation *cancellation);
+  Worker::Answer decode(int fd, const wire::Request &order, Priority priority,
+                        const TimeLimit &limit, const Cancellation *cancellation);
 
   /// Ends the processes that are idle, and each other one when it is done.
   void shutdown();

@@ -2,11 +2,11 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -156,11 +156,44 @@ Ending end_process(pid_t child) {
   return ending_of(child);
 }
 
-Ending wait_for_process(pid_t child, gint64 deadline, const Cancellation *cancellation) {
+namespace {
+
+/// What a child has used of the processor, microseconds.
+gint64 processor_time(pid_t child) {
+  clockid_t clock;
+  timespec used;
+  if (clock_getcpuclockid(child, &clock) != 0 || clock_gettime(clock, &used) != 0) return 0;
+  return used.tv_sec * G_TIME_SPAN_SECOND + used.tv_nsec / 1000;
+}
+
+}  // namespace
+
+Outcome wait_for_child(int fd, pid_t child, const TimeLimit &limit,
+                       const Cancellation *cancellation) {
+  const gint64 begin = g_get_monotonic_time();
+  const gint64 used_before = processor_time(child);
+  gint64 deadline = begin + limit.usual;
+  for (;;) {
+    const Wait wait = wait_for(fd, deadline, cancellation);
+    if (wait == Wait::kReady) return Outcome::kReady;
+    if (wait == Wait::kCancelled) return Outcome::kCancelled;
+    const gint64 used = processor_time(child) - used_before;
+    const gint64 last = begin + limit.longest;
+    const bool worked = used >= limit.usual / 4;
+    if (used >= limit.usual / 10 * 9 || g_get_monotonic_time() >= last) {
+      return worked ? Outcome::kTooSlow : Outcome::kStarved;
+    }
+    deadline = std::min(deadline + limit.usual / 4, last);
+  }
+}
+
+Outcome wait_for_end(pid_t child, const TimeLimit &limit, const Cancellation *cancellation,
+                     Ending &ending) {
   const Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
-  if (!handle) return end_process(child);
-  const bool ended = wait_for(handle.get(), deadline, cancellation) == Wait::kReady;
-  return ended ? ending_of(child) : end_process(child);
+  const Outcome outcome =
+      handle ? wait_for_child(handle.get(), child, limit, cancellation) : Outcome::kStarved;
+  ending = outcome == Outcome::kReady ? ending_of(child) : end_process(child);
+  return outcome;
 }
 
 }  // namespace phone::pictures

@@ -32,8 +32,27 @@ struct Ending {
 
 /// Kills a child and takes it off the list of processes.
 Ending end_process(pid_t child);
-/// Waits for a child that is about to end by itself; kills it at the deadline
-/// (g_get_monotonic_time()) or on cancellation.
-Ending wait_for_process(pid_t child, gint64 deadline, const Cancellation *cancellation = nullptr);
+/// How long a child may take. On a machine that is busy with other things, a child that was not
+/// given the processor is not at fault: up to the longest time, it may go on until it has used
+/// the usual time itself.
+struct TimeLimit {
+  gint64 usual = 2 * G_TIME_SPAN_SECOND;
+  gint64 longest = 2 * G_TIME_SPAN_SECOND;
+};
+
+enum class Outcome {
+  kReady,
+  kTooSlow,  ///< it has worked for long and is not done
+  kStarved,  ///< it has waited for long, for the processor or for a disk
+  kCancelled,
+};
+
+/// Waits until a descriptor of a child can be read or has been closed at its end.
+Outcome wait_for_child(int fd, pid_t child, const TimeLimit &limit,
+                       const Cancellation *cancellation);
+
+/// Waits for a child that is to end by itself, and ends it when it does not.
+Outcome wait_for_end(pid_t child, const TimeLimit &limit, const Cancellation *cancellation,
+                     Ending &ending);
 
 }  // namespace phone::pictures

@@ -23,7 +23,7 @@ const char *sentence(Problem problem) {
     case Problem::kNoDecoder:
       return "Pictures cannot be shown: a part of this program is missing.";
     case Problem::kBusy:
-      return "There is not enough memory to show this picture at the moment.";
+      return "This picture cannot be shown at the moment.";
     case Problem::kNone:
     case Problem::kCancelled:
       break;

@@ -20,7 +20,7 @@ enum class Problem {
   kUnknown,      ///< a format or coding that is not decoded here
   kNoVideos,     ///< the program that takes pictures out of videos is not installed
   kNoDecoder,    ///< the decoder program is not installed or does not start
-  kBusy,         ///< no descriptors or no memory for it at the moment
+  kBusy,         ///< no descriptors, memory or processor for it at the moment
   kCancelled,
 };
 

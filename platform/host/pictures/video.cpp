@@ -1,6 +1,5 @@
 #include "pictures/video.hpp"
 
-#include <signal.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -31,14 +30,21 @@ Problem problem_of(const Ending &ending) {
 
 /// Has the program write a picture into a memory file.
 Problem extract(int fd, const Descriptor &output, int size, const Wish &wish) {
-  const gint64 deadline = g_get_monotonic_time() + wish.video_time_limit;
   const pid_t child = start_decoder({"--video", std::to_string(size)},
                                     {{fd, wire::kSocket}, {output.get(), kOutputOfProgram}});
   if (child < 0) return errno == ENOENT ? Problem::kNoDecoder : Problem::kBusy;
-  const Ending ending = wait_for_process(child, deadline, wish.cancellation);
-  if (wish.cancellation != nullptr && wish.cancellation->cancelled()) return Problem::kCancelled;
-  const bool made_to = ending.signal == SIGKILL && g_get_monotonic_time() >= deadline;
-  return made_to ? Problem::kTooSlow : problem_of(ending);
+  Ending ending;
+  switch (wait_for_end(child, wish.video_time_limit, wish.cancellation, ending)) {
+    case Outcome::kTooSlow:
+      return Problem::kTooSlow;
+    case Outcome::kStarved:
+      return Problem::kBusy;
+    case Outcome::kCancelled:
+      return Problem::kCancelled;
+    case Outcome::kReady:
+      break;
+  }
+  return problem_of(ending);
 }
 
 /// The longer side that the program is to deliver; it would enlarge a small video.

@@ -10,8 +10,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "pictures/process.hpp"
-
 namespace phone::pictures {
 namespace {
 
@@ -158,12 +156,14 @@ Worker::Answer Worker::give_up(Problem problem) {
 /// The process has ended, or talks nonsense, which is treated alike.
 Worker::Answer Worker::ended(bool by_file) {
   // It has closed its end and is about to exit; when it does not, it is made to.
-  constexpr gint64 kExit = 100 * G_TIME_SPAN_MILLISECOND;
-  const Ending ending = wait_for_process(child_, g_get_monotonic_time() + kExit);
+  constexpr TimeLimit kExit{100 * G_TIME_SPAN_MILLISECOND, 1000 * G_TIME_SPAN_MILLISECOND};
+  Ending ending;
+  const Outcome outcome = wait_for_end(child_, kExit, nullptr, ending);
   child_ = -1;
   socket_.reset();
   // Killed from outside: by the system when memory ends, or by somebody's hand.
-  const bool killed = ending.signal == SIGKILL || ending.signal == SIGTERM;
+  const bool killed =
+      outcome == Outcome::kReady && (ending.signal == SIGKILL || ending.signal == SIGTERM);
   if (killed) return {{Problem::kBusy, {}}, false, true};
   if (ending.status == wire::kOutOfMemory) return {{Problem::kTooLarge, {}}};
   // Any other exit status means that it never came as far as decoding.
@@ -171,7 +171,7 @@ Worker::Answer Worker::ended(bool by_file) {
   return {{Problem::kDamaged, {}}};
 }
 
-Worker::Answer Worker::decode(int fd, const wire::Request &order, gint64 deadline,
+Worker::Answer Worker::decode(int fd, const wire::Request &order, const TimeLimit &limit,
                               const Cancellation *cancellation) {
   wire::Request request = order;
   request.id = ++requests_;
@@ -182,12 +182,14 @@ Worker::Answer Worker::decode(int fd, const wire::Request &order, gint64 deadlin
     answer.worth_another_try = true;
     return answer;
   }
-  switch (wait_for(socket_.get(), deadline, cancellation)) {
-    case Wait::kDeadline:
+  switch (wait_for_child(socket_.get(), child_, limit, cancellation)) {
+    case Outcome::kTooSlow:
       return give_up(Problem::kTooSlow);
-    case Wait::kCancelled:
+    case Outcome::kStarved:
+      return give_up(Problem::kBusy);
+    case Outcome::kCancelled:
       return give_up(Problem::kCancelled);
-    case Wait::kReady:
+    case Outcome::kReady:
       break;
   }
   return receive(request);

@@ -5,6 +5,7 @@
 
 #include "pictures/cancellation.hpp"
 #include "pictures/descriptor.hpp"
+#include "pictures/process.hpp"
 #include "pictures/result.hpp"
 #include "pictures/wire.hpp"
 
@@ -30,9 +31,9 @@ class Worker {
     bool worth_another_try = false;
   };
 
-  /// Has an open file decoded. Waits until it is done, the deadline (g_get_monotonic_time()) or
-  /// the cancellation, whichever comes first; on the two latter the process is ended.
-  Answer decode(int fd, const wire::Request &order, gint64 deadline,
+  /// Has an open file decoded. Waits until it is done, the time is up or the request is
+  /// cancelled; in the two latter cases the process is ended.
+  Answer decode(int fd, const wire::Request &order, const TimeLimit &limit,
                 const Cancellation *cancellation);
 
   /// False once the process has ended or has done so much that it is to be replaced.

@@ -15,8 +15,10 @@ using pictures::Wish;
 
 constexpr std::size_t kMemory = 16 * 1024 * 1024;
 
-/// Videos are slow to look into, and nobody waits here.
-constexpr gint64 kVideoTimeLimit = 5 * G_TIME_SPAN_SECOND;
+/// Nobody waits here, and what runs here gives way to everything else on the machine.
+constexpr pictures::TimeLimit kTimeLimit{2 * G_TIME_SPAN_SECOND, 20 * G_TIME_SPAN_SECOND};
+/// Videos are slow to look into.
+constexpr pictures::TimeLimit kVideoTimeLimit{5 * G_TIME_SPAN_SECOND, 20 * G_TIME_SPAN_SECOND};
 
 Wish wish_for_thumbnail(const Cancellation *cancellation) {
   Wish wish;
@@ -24,6 +26,7 @@ Wish wish_for_thumbnail(const Cancellation *cancellation) {
   wish.height = kSide;
   wish.flags = pictures::wire::kUpright | pictures::wire::kOpaque | pictures::wire::kPreview;
   wish.priority = pictures::Priority::kBackground;
+  wish.time_limit = kTimeLimit;
   wish.video_time_limit = kVideoTimeLimit;
   wish.cancellation = cancellation;
   return wish;

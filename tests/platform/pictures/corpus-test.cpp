@@ -51,7 +51,6 @@ TEST(Corpus, IsDecodedOrRefusedWithinTheLimits) {
       const Result result = test::decode_file(path, side, side, wire::kUpright | wire::kPreview);
       longest = std::max(longest, g_get_monotonic_time() - begin);
       EXPECT_NE(result.problem, Problem::kNoDecoder) << path;
-      EXPECT_NE(result.problem, Problem::kBusy) << path;
       if (!result.pixbuf) continue;
       ++decoded;
       EXPECT_LE(gdk_pixbuf_get_width(result.pixbuf.get()), side) << path;
@@ -61,7 +60,7 @@ TEST(Corpus, IsDecodedOrRefusedWithinTheLimits) {
   }
 
   EXPECT_GT(decoded, 0);
-  EXPECT_LT(longest, 3 * kTimeLimit);
+  EXPECT_LT(longest, 3 * TimeLimit().longest);
   std::printf("%zu files, %d pictures of %zu, longest %.2f s\n", files.size(), decoded,
               files.size() * 2, static_cast<double>(longest) / G_TIME_SPAN_SECOND);
 }

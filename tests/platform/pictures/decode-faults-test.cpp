@@ -132,20 +132,35 @@ TEST_F(DecodeFaults, EndsAtTheLimitOfTime) {
   const OpenFile file = open_picture(good_picture().c_str());
   Wish wish;
   wish.width = wish.height = 100;
-  wish.time_limit = 50 * G_TIME_SPAN_MILLISECOND;
+  wish.time_limit = {50 * G_TIME_SPAN_MILLISECOND, 20 * G_TIME_SPAN_SECOND};
 
   EXPECT_EQ(decode_picture(file, wish).problem, Problem::kTooSlow);
 
   EXPECT_THAT(children(), ElementsAre());
 }
 
+TEST_F(DecodeFaults, EndsAtTheLongestTimeWithoutBlamingTheFile) {
+  use_fault("sleeps");
+  const std::string path = good_picture();
+  const OpenFile file = open_picture(path.c_str());
+  Wish wish;
+  wish.width = wish.height = 100;
+  wish.time_limit = {50 * G_TIME_SPAN_MILLISECOND, 200 * G_TIME_SPAN_MILLISECOND};
+
+  EXPECT_EQ(decode_picture(file, wish).problem, Problem::kBusy);
+
+  EXPECT_THAT(children(), ElementsAre());
+  unsetenv("PHOTOBROWSER_DECODER");
+  EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kNone);
+}
+
 TEST_F(DecodeFaults, EndsWithACancellation) {
-  use_fault("hangs");
+  use_fault("sleeps");
   const OpenFile file = open_picture(good_picture().c_str());
   Cancellation cancellation;
   Wish wish;
   wish.width = wish.height = 100;
-  wish.time_limit = 60 * G_TIME_SPAN_SECOND;
+  wish.time_limit = {60 * G_TIME_SPAN_SECOND, 60 * G_TIME_SPAN_SECOND};
   wish.cancellation = &cancellation;
   std::thread other([&cancellation] { cancellation.cancel(); });
 

@@ -132,7 +132,7 @@ TEST_F(ProgressBar, ShowsTheAnimationInItsContentArea) {
   EXPECT_TRUE(gtk_widget_get_visible(images.front()));
 }
 
-TEST_F(ProgressBar, DoesWithoutTheAnimation) {
+TEST_F(ProgressBar, TurnsASpinnerWithoutTheAnimation) {
   const std::string file = support::photobrowser_root() +
                            "/usr/apps/com.velmora.photobrowser/res/bitmap/WVGA_Pb/"
                            "download_indicator.gif";
@@ -141,6 +141,7 @@ TEST_F(ProgressBar, DoesWithoutTheAnimation) {
   GtkWidget *dialog = start("Title", "Text");
 
   EXPECT_THAT(descendants(dialog, GTK_TYPE_IMAGE), IsEmpty());
+  EXPECT_THAT(descendants(dialog, GTK_TYPE_SPINNER), SizeIs(1));
   EXPECT_THAT(platform().log,
               Contains(LoggedLike(PB_LOG_ERROR, HasSubstr("download_indicator.gif"))));
 }
