@@ -33,8 +33,15 @@ struct Photo {
 /// Writes a JPEG with the detail and the noise of a photograph. @return its size in bytes
 gint64 write_photo(const std::string &path, const Photo &photo);
 
-/// Repeats for about so long, and prints the rate and the best turn, which other load on the
-/// machine disturbs least. @return the best turn's milliseconds
+/// Copies a file.
+void copy_file(const std::string &from, const std::string &to);
+
+/// What this process and the decoder processes it has started have used, milliseconds.
+double processor_ms();
+
+/// Repeats for about so long, and prints the rate by the clock and what a turn takes of a
+/// processor, decoder processes included, which other load on the machine disturbs least.
+/// @return milliseconds of a processor for one turn
 double measure(const char *name, double seconds, const std::function<void()> &turn);
 
 }  // namespace bench
