@@ -287,6 +287,17 @@ TEST_F(VlsDisconnect, RemovesThePendingRefresh) {
   EXPECT_EQ(private_of(list).idle_source, -1);
 }
 
+TEST_F(VlsDisconnect, EndsThePassThatRuns) {
+  const View view;
+  const ListPtr list = refreshing_list(view);
+  fake::run_next_idle();
+  ASSERT_EQ(private_of(list).refresh_running, 1);
+
+  pb_item_list_vls_disconnect_signal(list.get());
+
+  EXPECT_EQ(private_of(list).refresh_running, 0);
+}
+
 TEST_F(VlsDisconnect, RemovesNothingWhenNoRefreshIsPending) {
   const ListPtr list = connected_list(kInsert);
 

@@ -96,14 +96,13 @@ TEST_F(Delete, RefusesALockedFile) {
   const std::string path = dir_.write("a.jpg", "picture");
   ASSERT_EQ(chmod(path.c_str(), 0444), 0);
 
-  EXPECT_EQ(fexplorer_delete_file_only(path.c_str()), FEXPLORER_ERROR_LOCKED);
+  EXPECT_EQ(fexplorer_delete_file_only(path.c_str()), FEXPLORER_ERROR_IN_USE);
 
   EXPECT_TRUE(support::exists(path));
 }
 
 TEST_F(Delete, RefusesWhatIsNoFile) {
-  const auto other = AllOf(Ne(0), Ne(FEXPLORER_ERROR_IN_USE), Ne(FEXPLORER_ERROR_LOCKED),
-                           Ne(FEXPLORER_ERROR_NO_ACCESS));
+  const auto other = AllOf(Ne(0), Ne(FEXPLORER_ERROR_IN_USE), Ne(FEXPLORER_ERROR_NO_ACCESS));
 
   EXPECT_THAT(fexplorer_delete_file_only(dir_.path("missing.jpg").c_str()), other);
   EXPECT_THAT(fexplorer_delete_file_only(dir_.make_dir("folder").c_str()), other);

@@ -104,7 +104,7 @@ TEST_F(LockStatus, KnowsFilesThatTheFileSystemHoldsFast) {
   EXPECT_TRUE(fexplorer_get_file_lock_status(path.c_str(), &locked, nullptr));
 
   EXPECT_TRUE(locked);
-  EXPECT_EQ(fexplorer_delete_file_only(path.c_str()), FEXPLORER_ERROR_LOCKED);
+  EXPECT_EQ(fexplorer_delete_file_only(path.c_str()), FEXPLORER_ERROR_IN_USE);
   flags = 0;
   EXPECT_EQ(ioctl(fd, FS_IOC_SETFLAGS, &flags), 0);
   close(fd);
