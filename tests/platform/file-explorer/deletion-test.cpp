@@ -117,7 +117,9 @@ TEST_F(Delete, RefusesAFolderThatMayNotBeWritten) {
   // To root every folder may be written, so another user tries.
   if (geteuid() == 0) {
     for (std::string part = dir_.path(); part.size() > 4; part = part.substr(0, part.rfind('/'))) {
-      if (part != "/tmp") ASSERT_EQ(chmod(part.c_str(), 0755), 0);
+      if (part != "/tmp") {
+        ASSERT_EQ(chmod(part.c_str(), 0755), 0);
+      }
     }
   }
 
