@@ -22,6 +22,8 @@ class Albums : public gallery_test::Browsing {
     ASSERT_TRUE(find(kPink));
     press("ctrl+2");
     ASSERT_TRUE(has_title("Albums"));
+    // The title comes before the covers.
+    settle();
     ASSERT_TRUE(find(kYellow));
   }
 };

@@ -58,8 +58,12 @@ void Browsing::start(std::vector<std::string> places) {
 std::string Browsing::stop() {
   const Outcome outcome = program_->stop();
   program_.reset();
-  EXPECT_EQ(outcome.exit_code, 0);
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
   return outcome.err;
+}
+
+void Browsing::TearDown() {
+  if (program_) stop();
 }
 
 void Browsing::hold(int from_x, int to_x) const {

@@ -23,6 +23,9 @@ struct Patch {
 
 class Browsing : public testing::Test {
  protected:
+  /// Ends a gallery that still runs, which must end well.
+  void TearDown() override;
+
   /// Makes a picture of one colour in the library. Pictures made later are older.
   std::string add_picture(const std::string &name, support::Rgba colour, int width = 600,
                           int height = 400);
