@@ -17,6 +17,10 @@
 namespace phone::pictures {
 namespace {
 
+/// Somebody waits, but can go on to another picture meanwhile.
+constexpr TimeLimit kTimeLimit{2 * G_TIME_SPAN_SECOND, 10 * G_TIME_SPAN_SECOND};
+constexpr TimeLimit kVideoTimeLimit{5 * G_TIME_SPAN_SECOND, 20 * G_TIME_SPAN_SECOND};
+
 /// One request, from its beginning to its callback.
 struct Job {
   guint id = 0;
@@ -117,6 +121,8 @@ class Loader {
     wish.width = job.width;
     wish.height = job.height;
     wish.flags = wire::kUpright;
+    wish.time_limit = kTimeLimit;
+    wish.video_time_limit = kVideoTimeLimit;
     wish.cancellation = &job.cancellation;
     job.result = decode_picture(open_picture(job.path.c_str()), wish);
   }

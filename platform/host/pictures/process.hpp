@@ -30,11 +30,16 @@ struct Ending {
   int signal = 0;
 };
 
+/// Whether a child was killed by no fault of its own: when memory ends, by somebody's hand, or
+/// by its own alarm, which it sets for the case that nobody watches it.
+[[nodiscard]] bool was_killed(const Ending &ending);
+
 /// Kills a child and takes it off the list of processes.
 Ending end_process(pid_t child);
+
 /// How long a child may take. On a machine that is busy with other things, a child that was not
-/// given the processor is not at fault: up to the longest time, it may go on until it has used
-/// the usual time itself.
+/// given the processor is not at fault, nor is one that waits for a disk: up to the longest time,
+/// it may go on until it has used the usual time of a processor itself.
 struct TimeLimit {
   gint64 usual = 2 * G_TIME_SPAN_SECOND;
   gint64 longest = 2 * G_TIME_SPAN_SECOND;
@@ -42,8 +47,8 @@ struct TimeLimit {
 
 enum class Outcome {
   kReady,
-  kTooSlow,  ///< it has worked for long and is not done
-  kStarved,  ///< it has waited for long, for the processor or for a disk
+  kTooSlow,  ///< it has used its time of a processor and is not done
+  kStarved,  ///< the longest time is over, and it has waited for much of it
   kCancelled,
 };
 

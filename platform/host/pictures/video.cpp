@@ -1,5 +1,6 @@
 #include "pictures/video.hpp"
 
+#include <signal.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -18,6 +19,8 @@ constexpr int kNotStarted = 126;
 constexpr int kOutputOfProgram = 4;
 
 Problem problem_of(const Ending &ending) {
+  if (was_killed(ending)) return Problem::kBusy;
+  if (ending.signal == SIGXCPU) return Problem::kTooSlow;
   if (ending.status == 0) return Problem::kNone;
   if (ending.status == kNotStarted) return Problem::kNoDecoder;
   if (ending.status != kNotFound) return Problem::kDamaged;

@@ -1,7 +1,6 @@
 #include "pictures/worker.hpp"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -156,14 +155,13 @@ Worker::Answer Worker::give_up(Problem problem) {
 /// The process has ended, or talks nonsense, which is treated alike.
 Worker::Answer Worker::ended(bool by_file) {
   // It has closed its end and is about to exit; when it does not, it is made to.
-  constexpr TimeLimit kExit{100 * G_TIME_SPAN_MILLISECOND, 1000 * G_TIME_SPAN_MILLISECOND};
+  constexpr TimeLimit kExit{100 * G_TIME_SPAN_MILLISECOND, 500 * G_TIME_SPAN_MILLISECOND};
   Ending ending;
   const Outcome outcome = wait_for_end(child_, kExit, nullptr, ending);
   child_ = -1;
   socket_.reset();
-  // Killed from outside: by the system when memory ends, or by somebody's hand.
-  const bool killed =
-      outcome == Outcome::kReady && (ending.signal == SIGKILL || ending.signal == SIGTERM);
+  if (outcome == Outcome::kStarved) return {{Problem::kBusy, {}}};
+  const bool killed = outcome == Outcome::kReady && was_killed(ending);
   if (killed) return {{Problem::kBusy, {}}, false, true};
   if (ending.status == wire::kOutOfMemory) return {{Problem::kTooLarge, {}}};
   // Any other exit status means that it never came as far as decoding.

@@ -1,5 +1,7 @@
 #include "thumbnail/making.hpp"
 
+#include <chrono>
+
 #include "pictures/picture-file.hpp"
 #include "thumbnail/disk.hpp"
 #include "thumbnail/listeners.hpp"
@@ -47,27 +49,37 @@ bool is_hopeless(const struct stat &info) {
   return problem.has_value();
 }
 
-PixbufRef make(const std::string &path, const OpenFile &file, const Cancellation *cancellation) {
+/// What has come of a wish.
+enum class Made {
+  kNothing,
+  kThumbnail,  ///< one that was not there before
+  kNotForNow,  ///< another try may do better
+};
+
+pictures::Result make(const std::string &path, const OpenFile &file,
+                      const Cancellation *cancellation) {
   const Wish wish = wish_for_thumbnail(cancellation);
-  if (PixbufRef shared = find_shared(path, file.info, wish)) return shared;
-  const pictures::Result result = pictures::decode_picture(file, wish);
-  if (!is_unchanged(file)) return {};
+  if (PixbufRef shared = find_shared(path, file.info, wish)) return {Problem::kNone, shared};
+  pictures::Result result = pictures::decode_picture(file, wish);
+  // What is to be seen in it by then belongs to other contents.
+  if (!is_unchanged(file)) return {Problem::kBusy, {}};
   if (pictures::is_lasting(result.problem)) save_failure(file.info, result.problem);
-  return result.pixbuf;
+  return result;
 }
 
-/// @return whether there is a thumbnail now that was not there before
-bool make_one(const std::string &path, const Cancellation *cancellation) {
+Made make_one(const std::string &path, const Cancellation *cancellation) {
   const OpenFile file = pictures::open_picture(path.c_str());
+  if (file.problem == Problem::kBusy) return Made::kNotForNow;
   if (file.problem != Problem::kNone || is_stored(file.info) || is_hopeless(file.info)) {
-    return false;
+    return Made::kNothing;
   }
-  const PixbufRef thumbnail = make(path, file, cancellation);
-  if (!thumbnail) return false;
+  const pictures::Result result = make(path, file, cancellation);
+  if (result.problem == Problem::kBusy) return Made::kNotForNow;
+  if (!result.pixbuf) return Made::kNothing;
   // Even if the disk is full or may not be written, the thumbnail is there for a while.
-  memory_cache().put(thumbnail_key(file.info), thumbnail);
-  if (save(stored_path(file.info), thumbnail.get())) keep_within_limit();
-  return true;
+  memory_cache().put(thumbnail_key(file.info), result.pixbuf);
+  if (save(stored_path(file.info), result.pixbuf.get())) keep_within_limit();
+  return Made::kThumbnail;
 }
 
 }  // namespace
@@ -85,6 +97,7 @@ Making &Making::shared() {
 void Making::add_for_screen(const std::string &path) {
   {
     const std::scoped_lock lock(mutex_);
+    if (retries_.is_waiting(path)) return;
     wishes_.add_for_screen(path);
     start_threads();
   }
@@ -94,6 +107,7 @@ void Making::add_for_screen(const std::string &path) {
 void Making::add_for_later(const std::string &path) {
   {
     const std::scoped_lock lock(mutex_);
+    if (retries_.is_waiting(path)) return;
     wishes_.add_for_later(path);
     start_threads();
   }
@@ -112,18 +126,34 @@ void Making::start_threads() {
 
 std::optional<std::string> Making::next() {
   std::unique_lock lock(mutex_);
-  work_.wait(lock, [this] { return stopping_ || !wishes_.empty(); });
-  return stopping_ ? std::nullopt : wishes_.take();
+  while (!stopping_) {
+    // What may fail again does not keep anything else waiting.
+    if (wishes_.empty()) {
+      if (const auto due = retries_.take(g_get_monotonic_time())) wishes_.add_for_screen(*due);
+    }
+    if (auto path = wishes_.take()) return path;
+    if (const auto next = retries_.next()) {
+      work_.wait_for(lock, std::chrono::microseconds(*next - g_get_monotonic_time()));
+    } else {
+      work_.wait(lock);
+    }
+  }
+  return std::nullopt;
 }
 
 void Making::run(const Cancellation *cancellation) {
   while (const auto path = next()) {
-    const bool made = make_one(*path, cancellation);
+    const Made made = make_one(*path, cancellation);
     {
       const std::scoped_lock lock(mutex_);
       wishes_.done(*path);
+      if (made == Made::kNotForNow) {
+        retries_.failed(*path, g_get_monotonic_time());
+      } else {
+        retries_.done(*path);
+      }
     }
-    if (made) announce_thumbnails();
+    if (made == Made::kThumbnail) announce_thumbnails();
   }
 }
 
@@ -132,6 +162,7 @@ void Making::stop() {
   {
     const std::scoped_lock lock(mutex_);
     wishes_.clear();
+    retries_.clear();
     stopping_ = true;
     if (cancellation_) cancellation_->cancel();
     threads.swap(threads_);

@@ -11,6 +11,7 @@
 
 #include "pictures/cancellation.hpp"
 #include "thumbnail/memory-cache.hpp"
+#include "thumbnail/retries.hpp"
 #include "thumbnail/wish-queue.hpp"
 
 namespace phone::thumbnail {
@@ -43,6 +44,7 @@ class Making {
   std::condition_variable work_;
   // All guarded by mutex_.
   WishQueue wishes_;
+  Retries retries_;
   std::vector<std::thread> threads_;
   std::shared_ptr<pictures::Cancellation> cancellation_;
   bool stopping_ = false;

@@ -154,6 +154,62 @@ TEST_F(DecodeFaults, EndsAtTheLongestTimeWithoutBlamingTheFile) {
   EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kNone);
 }
 
+TEST_F(DecodeFaults, WaitsForADecoderThatIsNotGivenTheProcessor) {
+  use_fault("is-slow-to-begin");
+  const OpenFile file = open_picture(good_picture().c_str());
+  Wish wish;
+  wish.width = wish.height = 100;
+  wish.time_limit = {50 * G_TIME_SPAN_MILLISECOND, 20 * G_TIME_SPAN_SECOND};
+
+  EXPECT_EQ(decode_picture(file, wish).problem, Problem::kNone);
+}
+
+TEST_F(DecodeFaults, DoesNotBlameTheFileForLessWorkThanTheLimit) {
+  use_fault("starves");
+  const std::string path = good_picture();
+  const OpenFile file = open_picture(path.c_str());
+  Wish wish;
+  wish.width = wish.height = 100;
+  wish.time_limit = {150 * G_TIME_SPAN_MILLISECOND, 225 * G_TIME_SPAN_MILLISECOND};
+
+  EXPECT_EQ(decode_picture(file, wish).problem, Problem::kBusy);
+
+  unsetenv("PHOTOBROWSER_DECODER");
+  EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kNone);
+}
+
+TEST_F(DecodeFaults, RemembersAFileThatTakesTooMuchWork) {
+  use_fault("hangs");
+  const std::string path = good_picture();
+  const OpenFile file = open_picture(path.c_str());
+  Wish wish;
+  wish.width = wish.height = 100;
+  wish.time_limit = {50 * G_TIME_SPAN_MILLISECOND, 20 * G_TIME_SPAN_SECOND};
+  decode_picture(file, wish);
+  unsetenv("PHOTOBROWSER_DECODER");
+
+  EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kTooSlow);
+}
+
+TEST_F(DecodeFaults, DoesNotBlameTheFileForADecoderThatIsSlowToEnd) {
+  use_fault("closes-and-sleeps");
+  const std::string path = good_picture();
+
+  EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kBusy);
+
+  EXPECT_THAT(children(), ElementsAre());
+}
+
+TEST_F(DecodeFaults, DoesNotBlameTheFileForTheAlarmOfADecoder) {
+  use_fault("is-alarmed");
+  const std::string path = good_picture();
+
+  EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kBusy);
+
+  unsetenv("PHOTOBROWSER_DECODER");
+  EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kNone);
+}
+
 TEST_F(DecodeFaults, EndsWithACancellation) {
   use_fault("sleeps");
   const OpenFile file = open_picture(good_picture().c_str());
@@ -380,9 +436,13 @@ TEST_F(DecodeFaults, LetsDecodersInheritNothing) {
   ASSERT_EQ(decoders.size(), 1u);
   const std::string folder = "/proc/" + std::to_string(decoders[0]) + "/fd/";
 
-  for (int fd = 4; fd < 64; ++fd) {
-    EXPECT_FALSE(support::exists(folder + std::to_string(fd))) << fd;
-  }
+  // The picture itself is closed a moment after the answer.
+  EXPECT_TRUE(test::eventually([&] {
+    for (int fd = 4; fd < 64; ++fd) {
+      if (support::exists(folder + std::to_string(fd))) return false;
+    }
+    return true;
+  }));
   close(leaked);
 }
 

@@ -102,6 +102,31 @@ TEST_F(DecodeVideo, EndsAtTheLimitOfTime) {
   EXPECT_EQ(test::children().size(), 1u);  // the decoder alone
 }
 
+TEST_F(DecodeVideo, IsNotBlamedForAProgramThatWaits) {
+  stand_in("exec sleep 60");
+  const std::string path = film();
+  const OpenFile file = open_picture(path.c_str());
+  Wish wish;
+  wish.width = wish.height = 148;
+  wish.video_time_limit = {50 * G_TIME_SPAN_MILLISECOND, 100 * G_TIME_SPAN_MILLISECOND};
+
+  EXPECT_EQ(decode_picture(file, wish).problem, Problem::kBusy);
+
+  EXPECT_FALSE(is_known_to_fail(file.info, 148, 148));
+}
+
+TEST_F(DecodeVideo, IsNotBlamedForAProgramThatIsKilled) {
+  stand_in("kill -KILL $$");
+
+  EXPECT_EQ(decode_file(film(), 148, 148).problem, Problem::kBusy);
+}
+
+TEST_F(DecodeVideo, IsTooSlowForAProgramBeyondItsProcessorTime) {
+  stand_in("kill -XCPU $$");
+
+  EXPECT_EQ(decode_file(film(), 148, 148).problem, Problem::kTooSlow);
+}
+
 TEST_F(DecodeVideo, EndsWithACancellation) {
   stand_in("exec sleep 60");
   const OpenFile file = open_picture(film().c_str());

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -63,6 +64,19 @@ void work_for_ever() {
   }
 }
 
+/// Works a third of the time, as on a machine that is busy with other things.
+void work_now_and_then() {
+  for (;;) {
+    timespec begin{};
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &begin);
+    do {
+      clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    } while ((now.tv_sec - begin.tv_sec) * 1000000000 + now.tv_nsec - begin.tv_nsec < 5000000);
+    usleep(10000);
+  }
+}
+
 }  // namespace
 
 int main() {
@@ -74,9 +88,16 @@ int main() {
     if (recv(wire::kSocket, &request, sizeof request, 0) != sizeof request) return 0;
     if (fault == "hangs") work_for_ever();
     if (fault == "sleeps") pause();
+    if (fault == "starves") work_now_and_then();
+    if (fault == "is-slow-to-begin") usleep(300000);
+    if (fault == "closes-and-sleeps") close(wire::kSocket), pause();
     if (fault == "hangs-at-width-77" && request.width == 77) pause();
     if (fault == "crashes") std::abort();
     if (fault == "is-killed") raise(SIGKILL);
+    if (fault == "is-alarmed") raise(SIGALRM);
+    if (fault == "is-killed-for-now" && access(std::getenv("PB_FAULT_WHILE"), F_OK) == 0) {
+      raise(SIGKILL);
+    }
     if (fault == "runs-out-of-memory") return wire::kOutOfMemory;
     if (fault == "talks-nonsense") {
       if (send(wire::kSocket, "nonsense", 8, 0) < 0) return 1;

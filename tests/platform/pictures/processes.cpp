@@ -49,4 +49,10 @@ int open_descriptors() {
   return count;
 }
 
+bool eventually(const std::function<bool()> &holds) {
+  const gint64 deadline = g_get_monotonic_time() + 10 * G_TIME_SPAN_SECOND;
+  while (!holds() && g_get_monotonic_time() < deadline) g_usleep(G_TIME_SPAN_MILLISECOND);
+  return holds();
+}
+
 }  // namespace test

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <vector>
 
 namespace test {
@@ -11,5 +12,8 @@ namespace test {
 std::vector<pid_t> children();
 /// How many descriptors are open.
 int open_descriptors();
+/// Waits for what another process does in its own time; tells whether it came to hold within
+/// some seconds.
+bool eventually(const std::function<bool()> &holds);
 
 }  // namespace test

@@ -348,6 +348,20 @@ TEST_F(ThumbnailManager, DoesNotWaitForADecodeOnShutdown) {
   EXPECT_THAT(test::children(), IsEmpty());
 }
 
+TEST_F(ThumbnailManager, TriesAgainUnaskedWhatFailedForNow) {
+  const std::string path = picture("a");
+  setenv("PB_FAULT_WHILE", dir_.write("busy", "").c_str(), 1);
+  use_fault("is-killed-for-now");
+  get(path);
+  run_for(100);
+  ASSERT_FALSE(is_stored(stat_of(path)));
+
+  unlink(dir_.path("busy").c_str());
+
+  EXPECT_TRUE(run_until([this] { return batches_ > 0; }));
+  EXPECT_TRUE(get(path));
+}
+
 TEST_F(ThumbnailManager, StartsAnewAfterShutdown) {
   get_in_the_end(picture("a"));
   thumbnail_manager_shutdown();

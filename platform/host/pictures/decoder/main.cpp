@@ -23,8 +23,9 @@
 namespace phone::pictures {
 namespace {
 
-/// If the owner dies during a decode that never ends, nobody else ends this process.
-constexpr unsigned kForsakenSeconds = 15;
+/// If the owner dies during a decode that never ends, nobody else ends this process. Longer than
+/// any owner waits for a process that gets little of the processor.
+constexpr unsigned kForsakenSeconds = 60;
 
 /// @return false when the owner is gone. `fd` is -1 when no file came with the request.
 bool receive(wire::Request &request, int &fd) {

@@ -33,6 +33,13 @@ bool limit(__rlimit_resource resource, rlim_t value) {
   return setrlimit(resource, &both) == 0;
 }
 
+/// Beyond the time comes a signal of its own, and only for a program that ignores it the one
+/// that could also have come from outside.
+bool limit_seconds(rlim_t seconds) {
+  const rlimit softly{seconds, seconds + 2};
+  return setrlimit(RLIMIT_CPU, &softly) == 0;
+}
+
 bool limit_addresses(rlim_t bytes) { return !kLimitAddresses || limit(RLIMIT_AS, bytes); }
 
 void go_first_when_memory_ends() {
@@ -171,7 +178,7 @@ bool enter_sandbox() {
 
 bool enter_video_sandbox() {
   go_first_when_memory_ends();
-  if (!promise_no_privileges() || !limit(RLIMIT_CORE, 0) || !limit(RLIMIT_CPU, kVideoSeconds) ||
+  if (!promise_no_privileges() || !limit(RLIMIT_CORE, 0) || !limit_seconds(kVideoSeconds) ||
       !limit(RLIMIT_FSIZE, kVideoOutput) || !limit_addresses(kVideoAddresses)) {
     return false;
   }
