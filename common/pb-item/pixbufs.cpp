@@ -1,6 +1,7 @@
 #include <pb-item.h>
 
 #include <file-explorer.h>
+#include <image-headers.h>
 #include <thumbnail-manager.h>
 
 #include <pb-debug.h>
@@ -65,6 +66,13 @@ Size decoded_size(Size stored, bool sideways, Size box) {
   return sideways ? swapped(fitted) : fitted;
 }
 
+/// A decoder may hang or take all memory over the content of a file. What the header reader refuses
+/// is given to none, not even for its size.
+bool may_decode(const gchar *filename) {
+  Size size;
+  return filename != nullptr && wink_parse_from_file(filename, &size.width, &size.height);
+}
+
 GdkPixbuf *thumbnail_of(PbItem *item, gboolean only_cached) {
   PixbufRef thumbnail = PixbufRef::adopt(pb_item_cache_get_thumbnail(item, only_cached));
   if (!thumbnail || !pb_item_get_deleted(item)) return thumbnail.release();
@@ -107,7 +115,7 @@ GdkPixbuf *pb_item_get_pixbuf_at_size(PbItem *item, gint width, gint height) {
   PB_LOG(PB_LOG_INFO, "\n");
 
   Size stored;
-  if (item->filename == nullptr ||
+  if (!may_decode(item->filename) ||
       gdk_pixbuf_get_file_info(item->filename, &stored.width, &stored.height) == nullptr) {
     return nullptr;
   }
@@ -128,7 +136,7 @@ GdkPixbufAnimation *pb_item_get_palm_animation_pixbuf(PbItem *item, gboolean *is
   PB_CHECK(PB_IS_ITEM(item), nullptr);
 
   GdkPixbufAnimation *animation = nullptr;
-  if (item->filename != nullptr) {
+  if (may_decode(item->filename)) {
     animation = gdk_pixbuf_animation_new_from_file(item->filename, nullptr);
   }
   if (is_static != nullptr) {

@@ -1,9 +1,28 @@
 #include <pb-debug.h>
 #include <pb-item.h>
 
+#include "fakes/journal.hpp"
 #include "support/fake-platform.hpp"
 #include "support/pixbufs.hpp"
 #include "support/temp-dir.hpp"
+
+// What decodes in this process is written down with the calls of the phone.
+extern "C" {
+GdkPixbufFormat *__real_gdk_pixbuf_get_file_info(const gchar *path, gint *width, gint *height);
+GdkPixbufFormat *__wrap_gdk_pixbuf_get_file_info(const gchar *path, gint *width, gint *height);
+GdkPixbufAnimation *__real_gdk_pixbuf_animation_new_from_file(const char *path, GError **error);
+GdkPixbufAnimation *__wrap_gdk_pixbuf_animation_new_from_file(const char *path, GError **error);
+
+GdkPixbufFormat *__wrap_gdk_pixbuf_get_file_info(const gchar *path, gint *width, gint *height) {
+  fake::record("gdk_pixbuf_get_file_info", path);
+  return __real_gdk_pixbuf_get_file_info(path, width, height);
+}
+
+GdkPixbufAnimation *__wrap_gdk_pixbuf_animation_new_from_file(const char *path, GError **error) {
+  fake::record("gdk_pixbuf_animation_new_from_file", path);
+  return __real_gdk_pixbuf_animation_new_from_file(path, error);
+}
+}
 
 namespace {
 
@@ -191,6 +210,14 @@ class Picture : public support::GlibTest {
   }
 
   void use_file(const std::string &path) { item_->filename = g_strdup(path.c_str()); }
+  /// What the header reader says of every file.
+  static void read_header(gboolean answer) {
+    fake::platform().wink_parse_from_file = [=](const gchar *, gint *, gint *) { return answer; };
+  }
+  /// A call of a function with the item's file alone.
+  [[nodiscard]] std::string file_call(const std::string &function) const {
+    return function + "(\"" + item_->filename + "\")";
+  }
   void use_picture(int width, int height) {
     use_file(support::save_picture(dir_.path("picture.png"), width, height));
   }
@@ -449,7 +476,7 @@ TEST_F(PictureAtSize, IsNothingForAMissingFile) {
 
   EXPECT_FALSE(at_size(100, 100));
 
-  EXPECT_THAT(fake::platform().calls, IsEmpty());
+  EXPECT_THAT(loads(), IsEmpty());
 }
 
 TEST_F(PictureAtSize, IsNothingForAFileThatIsNoPicture) {
@@ -457,10 +484,71 @@ TEST_F(PictureAtSize, IsNothingForAFileThatIsNoPicture) {
 
   EXPECT_FALSE(at_size(100, 100));
 
+  EXPECT_THAT(loads(), IsEmpty());
+}
+
+TEST_F(PictureAtSize, IsNothingWithoutAFilename) {
+  EXPECT_FALSE(at_size(100, 100));
+
   EXPECT_THAT(fake::platform().calls, IsEmpty());
 }
 
-TEST_F(PictureAtSize, IsNothingWithoutAFilename) { EXPECT_FALSE(at_size(100, 100)); }
+TEST_F(PictureAtSize, IsNeverDecodedWhenItsHeaderIsRefused) {
+  use_picture(40, 30);
+  read_header(FALSE);
+
+  EXPECT_FALSE(at_size(100, 100));
+
+  EXPECT_THAT(fake::platform().calls, ElementsAre(file_call("wink_parse_from_file")));
+}
+
+TEST_F(PictureAtSize, HasItsHeaderReadBeforeItIsDecoded) {
+  use_picture(40, 30);
+  read_header(TRUE);
+
+  at_size(100, 100);
+
+  EXPECT_THAT(fake::platform().calls,
+              ElementsAre(file_call("wink_parse_from_file"), file_call("gdk_pixbuf_get_file_info"),
+                          file_call("fexplorer_get_exif_orientation"), load_call(40, 30)));
+}
+
+TEST_F(PictureAtSize, IsNothingWhenTheDecoderRefusesWhatTheHeaderPromised) {
+  use_file(dir_.write("notes.png", "no picture at all"));
+  read_header(TRUE);
+
+  EXPECT_FALSE(at_size(100, 100));
+
+  EXPECT_THAT(loads(), IsEmpty());
+}
+
+TEST_F(PictureAtSize, KeepsOnePixelOfALongStrip) {
+  use_picture(2000, 1);
+
+  const PixbufPtr picture = at_size(100, 100);
+
+  EXPECT_THAT(loads(), ElementsAre(load_call(100, 1)));
+  EXPECT_EQ(height_of(picture), 1);
+}
+
+TEST_F(PictureAtSize, KeepsOnePixelOfATallStrip) {
+  use_picture(1, 2000);
+
+  at_size(100, 100);
+
+  EXPECT_THAT(loads(), ElementsAre(load_call(1, 100)));
+}
+
+TEST_F(PictureAtSize, KeepsOnePixelOfALongStripThatLiesSideways) {
+  use_picture(2000, 1);
+  turn(6);
+
+  const PixbufPtr picture = at_size(100, 100);
+
+  EXPECT_THAT(loads(), ElementsAre(load_call(100, 1)));
+  EXPECT_EQ(width_of(picture), 1);
+  EXPECT_EQ(height_of(picture), 100);
+}
 
 TEST_F(PictureAtSize, IsNothingWhenLoadingFails) {
   use_picture(40, 30);
@@ -508,6 +596,15 @@ TEST_F(FullPicture, ComesAtItsStoredSizeWhenLargeAndSideways) {
   EXPECT_EQ(width_of(picture), 700);
 }
 
+TEST_F(FullPicture, IsNeverDecodedWhenItsHeaderIsRefused) {
+  use_picture(400, 300);
+  read_header(FALSE);
+
+  EXPECT_EQ(pb_item_get_pixbuf(item_.get()), nullptr);
+
+  EXPECT_THAT(fake::platform().calls, ElementsAre(file_call("wink_parse_from_file")));
+}
+
 TEST_F(FullPicture, NeedsAFilename) {
   EXPECT_EQ(pb_item_get_pixbuf(item_.get()), nullptr);
 
@@ -541,6 +638,28 @@ TEST_F(PalmAnimation, OfAnAnimationIsNotStatic) {
 
   EXPECT_TRUE(animation);
   EXPECT_FALSE(is_static);
+}
+
+TEST_F(PalmAnimation, IsNeverDecodedWhenItsHeaderIsRefused) {
+  use_file(dir_.write("moving.gif", gif(2)));
+  read_header(FALSE);
+  gboolean is_static = TRUE;
+
+  EXPECT_EQ(pb_item_get_palm_animation_pixbuf(item_.get(), &is_static), nullptr);
+
+  EXPECT_THAT(fake::platform().calls, ElementsAre(file_call("wink_parse_from_file")));
+  EXPECT_FALSE(is_static);
+}
+
+TEST_F(PalmAnimation, HasItsHeaderReadBeforeItIsDecoded) {
+  use_file(dir_.write("moving.gif", gif(2)));
+  read_header(TRUE);
+
+  const auto animation =
+      Ref<GdkPixbufAnimation>::adopt(pb_item_get_palm_animation_pixbuf(item_.get(), nullptr));
+
+  EXPECT_THAT(fake::platform().calls, ElementsAre(file_call("wink_parse_from_file"),
+                                                  file_call("gdk_pixbuf_animation_new_from_file")));
 }
 
 TEST_F(PalmAnimation, OfASinglePictureIsStatic) {
@@ -582,6 +701,7 @@ TEST_F(PalmAnimation, OfAnItemWithoutAFileIsNothing) {
 
 TEST_F(PalmAnimation, FailsWithoutAWord) {
   use_file(dir_.write("broken.gif", "GIF89a"));
+  read_header(TRUE);
 
   EXPECT_EQ(pb_item_get_palm_animation_pixbuf(item_.get(), nullptr), nullptr);
 
