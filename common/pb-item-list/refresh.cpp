@@ -40,10 +40,11 @@ void start_idle(PbItemList *list) {
       kIdlePriority, pb_item_list_icon_refresh_at_idle_cb, list, nullptr));
 }
 
-/// Ends a refresh: its source is gone once the idle function returns this.
+/// Ends a refresh. A main loop that is in a call of the pending source does not mind its removal;
+/// for any other caller the source would stay and run once more.
 gboolean end_refresh(PbItemListPrivate &priv) {
   priv.refresh_running = 0;
-  priv.idle_source = pb::item_list::kNoSource;
+  pb::item_list::remove_idle_source(priv);
   return FALSE;
 }
 

@@ -892,6 +892,59 @@ TEST_F(RefreshPass, EndsWhenTheViewHasMoved) {
   EXPECT_EQ(private_of(list).idle_source, -1);
 }
 
+TEST_F(RefreshPass, LeavesNoSourceBehindWhenACallFromOutsideEndsIt) {
+  const View view;
+  const ListPtr list = scrolled_list(view, 250, 2);
+  ASSERT_THAT(pending_refreshes(), SizeIs(1));
+  private_of(list).view_start = 3;
+
+  EXPECT_FALSE(step(list));
+
+  EXPECT_THAT(pending_refreshes(), IsEmpty());
+}
+
+TEST_F(RefreshPass, LeavesNoSourceBehindWhenCallsFromOutsideFinishIt) {
+  const View view;
+  const ListPtr list = scrolled_list(view, 250, 2);
+
+  while (step(list)) continue;
+
+  EXPECT_THAT(pending_refreshes(), IsEmpty());
+  EXPECT_EQ(private_of(list).idle_source, -1);
+}
+
+TEST_F(RefreshPass, EndsQuietlyInItsOwnCallOfTheMainLoop) {
+  const View view;
+  const ListPtr list = scrolled_list(view, 250, 2);
+  pb_item_list_vls_disconnect_signal(list.get());
+  GSource *source = g_idle_source_new();
+  g_source_set_callback(source, pb_item_list_icon_refresh_at_idle_cb, list.get(), nullptr);
+  private_of(list).idle_source = static_cast<gint>(g_source_attach(source, nullptr));
+  private_of(list).view_start = 3;
+
+  g_main_context_iteration(nullptr, FALSE);
+
+  EXPECT_TRUE(g_source_is_destroyed(source));
+  EXPECT_EQ(private_of(list).idle_source, -1);
+  g_source_unref(source);
+}
+
+TEST_F(RefreshPass, EndsWhenARowDisconnectsItsList) {
+  const View view;
+  const ListPtr list = scrolled_list(view, 250, 2);
+  g_signal_connect(list.get(), "row-changed",
+                   G_CALLBACK(+[](PbItemList *changed, GtkTreePath *, GtkTreeIter *, gpointer) {
+                     pb_item_list_vls_disconnect_signal(changed);
+                   }),
+                   nullptr);
+
+  fake::run_next_idle();
+
+  EXPECT_THAT(pending_refreshes(), IsEmpty());
+  EXPECT_EQ(private_of(list).idle_source, -1);
+  EXPECT_EQ(private_of(list).refresh_running, 0);
+}
+
 TEST_F(RefreshPass, EndsWhenTheOrderRunsDry) {
   const View view;
   const ListPtr list = scrolled_list(view, 250, 2);
