@@ -1,8 +1,8 @@
 #include <file-explorer.h>
 #include <pb-item-list.h>
 #include <pb-item.h>
-#include <pb-util-resource.h>
 #include <check.hpp>
+#include <util/pb-util/private.hpp>
 
 #include "private.hpp"
 
@@ -26,7 +26,7 @@ void add_group(PbItemList *list, PbItemList *grouped, bool locked, gint title) {
   for (gint index = 0; index < length; ++index) {
     PbItem *item = __pb_item_list_peek_item(list, index);
     if (item == nullptr || is_locked(item) != locked) continue;
-    if (!titled) pb_item_list_add(grouped, item, -1, pb_get_res_string(title));
+    if (!titled) pb_item_list_add(grouped, item, -1, pb::util::copy_res_string(title).get());
     titled = true;
     pb_item_list_add(grouped, item, index, nullptr);
   }

@@ -148,12 +148,41 @@ TEST_F(StickyList, SkipsRowsWithoutAnItem) {
   EXPECT_THAT(rows_of(grouped), ElementsAre("string 99", "1 at 0"));
 }
 
-TEST_F(StickyList, HasHeadersWithoutTextWhenTheStringsAreClosed) {
+TEST_F(StickyList, HasItsHeadersWhenTheStringsAreClosed) {
+  pb_res_close();
+  const ListPtr list = list_of(2);
+  lock({1});
+
+  const ListPtr grouped = regroup(list);
+
+  EXPECT_THAT(rows_of(grouped), ElementsAre("string 59", "1 at 0", "string 99", "2 at 1"));
+}
+
+TEST_F(StickyList, ClosesTheStringsThatItOpened) {
   pb_res_close();
   const ListPtr list = list_of(1);
 
   const ListPtr grouped = regroup(list);
 
+  EXPECT_EQ(pb_get_res_string(1000), nullptr);
+}
+
+TEST_F(StickyList, LeavesStringsOpenThatWereOpen) {
+  const ListPtr list = list_of(1);
+
+  const ListPtr grouped = regroup(list);
+
+  EXPECT_THAT(fake::calls_of("rsrc_close_rsr"), IsEmpty());
+  EXPECT_STREQ(pb_get_res_string(1000), "string 0");
+}
+
+TEST_F(StickyList, HasHeadersWithoutTextWhenThereAreNone) {
+  fake::platform().rsrc_get_string = [](gint, gint) -> const gchar * { return nullptr; };
+  const ListPtr list = list_of(1);
+
+  const ListPtr grouped = regroup(list);
+
+  EXPECT_EQ(pb_item_list_get_length(grouped.get()), 2);
   EXPECT_FALSE(read_row(grouped, 0).has_title);
 }
 
