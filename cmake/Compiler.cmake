@@ -20,8 +20,10 @@ add_compile_definitions(_GNU_SOURCE _FILE_OFFSET_BITS=64)
 
 find_program(PB_CCACHE ccache)
 if(PB_CCACHE)
-  # Precompiled headers are cached too; they hold no time stamps that matter.
-  set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${PB_CCACHE})
+  # Precompiled headers are cached too; they hold no time stamps that matter. What is not in the
+  # cache is read once, by the compiler, which says what it read.
+  set(launcher ${CMAKE_COMMAND} -E env CCACHE_DEPEND=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros ${PB_CCACHE})
   set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
   add_compile_options(-fpch-preprocess)

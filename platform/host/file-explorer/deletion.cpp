@@ -6,6 +6,7 @@
 
 #include "file-explorer.h"
 #include "file-explorer/private.hpp"
+#include "media-browser/removed.hpp"
 
 namespace phone::files {
 
@@ -54,8 +55,9 @@ int trash(const char *path) {
   if (is_in_use(path) || protection_of(path) > 0) return FEXPLORER_ERROR_IN_USE;
   const auto file = pb::Ref<GFile>::adopt(g_file_new_for_path(path));
   pb::ErrorPtr error;
-  if (g_file_trash(file.get(), nullptr, pb::out(error)) != FALSE) return 0;
-  return code_of_gio(*error);
+  if (g_file_trash(file.get(), nullptr, pb::out(error)) == FALSE) return code_of_gio(*error);
+  media::note_removed(path);
+  return 0;
 }
 
 }  // namespace phone::files

@@ -10,6 +10,7 @@
 
 #include "decoded.hpp"
 #include "file-bytes.hpp"
+#include "main-loop.hpp"
 #include "processes.hpp"
 #include "support/glib-test.hpp"
 #include "support/temp-dir.hpp"
@@ -437,7 +438,7 @@ TEST_F(DecodeFaults, LetsDecodersInheritNothing) {
   const std::string folder = "/proc/" + std::to_string(decoders[0]) + "/fd/";
 
   // The picture itself is closed a moment after the answer.
-  EXPECT_TRUE(test::eventually([&] {
+  EXPECT_TRUE(test::run_until([&] {
     for (int fd = 4; fd < 64; ++fd) {
       if (support::exists(folder + std::to_string(fd))) return false;
     }
