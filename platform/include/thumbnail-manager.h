@@ -24,9 +24,10 @@ typedef void (*thumbnail_ready_cb)(gpointer user_data);
  * @param height pixels of the box
  * @return (transfer full) (nullable) the picture, its proportions kept, filling the box in one
  *         direction and fitting it in the other; NULL when the file cannot be read. errno then
- *         says why: EBADMSG (or 0) when the content can never be decoded, another value when a
- *         later try may succeed (ENOENT, EACCES, EIO, ENOMEM, ETIMEDOUT for an ended worker).
- *         The library deletes a thumbnail file of the first kind.
+ *         says why: EBADMSG (or 0) when the content can never be decoded and the file is one of
+ *         a cache of thumbnails, EPERM when it is another one, which nobody may remove for that,
+ *         and another value when a later try may succeed (ENOENT, EACCES, EIO, ENOMEM, ETIMEDOUT
+ *         for an ended worker). The library deletes a thumbnail file of the first kind.
  */
 GdkPixbuf *fm_svc_thumb_create_pixbuf_by_path(const gchar *path, gint width, gint height);
 

@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 
 #include "media-browser/display.hpp"
+#include "media-browser/media-names.hpp"
 #include "media-browser/removed.hpp"
+#include "thumbnail/own-files.hpp"
 
 namespace phone::media {
 
@@ -43,6 +46,35 @@ class BlockedSignals {
   sigset_t old_{};
 };
 
+std::vector<std::string> without_links(const std::vector<std::string> &roots) {
+  struct FreeMemory {
+    void operator()(char *text) const { std::free(text); }
+  };
+  std::vector<std::string> real;
+  for (const std::string &root : roots) {
+    const std::unique_ptr<char, FreeMemory> path(realpath(root.c_str(), nullptr));
+    if (path) real.emplace_back(path.get());
+  }
+  return real;
+}
+
+/// Whether a path lies below a folder, and on the way there is nothing hidden.
+bool shows(const std::string &folder, const std::string &path) {
+  const std::string start = folder == "/" ? folder : folder + "/";
+  if (!path.starts_with(start)) return false;
+  for (std::size_t at = start.size(); at < path.size();) {
+    const std::size_t slash = std::min(path.find('/', at), path.size());
+    if (is_hidden(std::string_view(path).substr(at, slash - at))) return false;
+    at = slash + 1;
+  }
+  return true;
+}
+
+bool is_listed_picture(const std::string &path) {
+  const auto index = Index::current();
+  return index != nullptr && index->covers(path);
+}
+
 }  // namespace
 
 std::shared_ptr<Index> Index::current() {
@@ -56,7 +88,11 @@ void Index::set_current(std::shared_ptr<Index> index) {
 }
 
 Index::Index(const std::vector<std::string> &roots, std::string &user_problem)
-    : roots_(roots), storage_(roots), user_data_(user_problem), reader_(storage_, shared_) {}
+    : roots_(roots),
+      real_roots_(without_links(roots)),
+      storage_(roots),
+      user_data_(user_problem),
+      reader_(storage_, shared_) {}
 
 std::shared_ptr<Index> Index::open(const std::vector<std::string> &roots, std::string &problem) {
   std::string user_problem;
@@ -93,7 +129,14 @@ void Index::run_thread(const char *name, int nice, Function function) {
   workers_.push_back(std::move(worker));
 }
 
+bool Index::covers(const std::string &path) const {
+  const auto shows_path = [&path](const std::string &root) { return shows(root, path); };
+  return std::any_of(roots_.begin(), roots_.end(), shows_path) ||
+         std::any_of(real_roots_.begin(), real_roots_.end(), shows_path);
+}
+
 void Index::start() {
+  thumbnail::set_picture_check(is_listed_picture);
   Shared::set_unready();
   if (reader_.count(kAllClasses).value_or(0) > 0) shared_.set_ready();
   // The order that a gallery opens with.

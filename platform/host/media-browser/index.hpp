@@ -46,6 +46,8 @@ class Index : public std::enable_shared_from_this<Index> {
   /// Sets or clears kFavourite or kMarked. @return false when it could not be stored
   [[nodiscard]] bool set_flag(gint32 id, int flag, bool on);
   [[nodiscard]] bool set_nfid(gint32 id, gint64 nfid);
+  /// Whether a path is where this index lists pictures.
+  [[nodiscard]] bool covers(const std::string &path) const;
   /// A file has been removed; it is listed no more from now on.
   void note_removed(const std::string &path);
 
@@ -61,6 +63,8 @@ class Index : public std::enable_shared_from_this<Index> {
                                       const std::function<void(UserData::File &)> &change);
 
   std::vector<std::string> roots_;
+  /// The same with their links followed.
+  std::vector<std::string> real_roots_;
   Shared shared_;
   IndexStorage storage_;
   UserData user_data_;

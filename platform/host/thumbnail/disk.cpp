@@ -18,6 +18,7 @@
 #include "pictures/identity.hpp"
 #include "thumbnail/eviction.hpp"
 #include "thumbnail/jpeg-file.hpp"
+#include "thumbnail/own-files.hpp"
 
 namespace phone::thumbnail {
 namespace {
@@ -136,7 +137,7 @@ PixbufRef load_stored(const std::string &path) {
   PixbufRef picture = decode_own_jpeg({bytes.data(), static_cast<size_t>(got)}, kFrameSide);
   if (picture) {
     mark_as_used(file.get(), info);
-  } else {
+  } else if (is_replaceable(path)) {
     // Cut off by a power failure, or not ours: in either case it is made anew.
     unlink(path.c_str());
   }

@@ -9,6 +9,7 @@
 #include "thumbnail/disk.hpp"
 #include "thumbnail/listeners.hpp"
 #include "thumbnail/making.hpp"
+#include "thumbnail/own-files.hpp"
 
 namespace phone::thumbnail {
 namespace {
@@ -31,12 +32,13 @@ PixbufRef ready_thumbnail(const struct stat &info) {
   return PixbufRef::adopt(gdk_pixbuf_copy(stored.get()));
 }
 
-/// Why there is no picture, as the callers of this service are told.
-int error_of(Problem problem) {
+/// Why there is no picture, as the callers of this service are told. Whoever hears EBADMSG may
+/// remove the file.
+int error_of(Problem problem, const char *path) {
   switch (problem) {
     case Problem::kDamaged:
     case Problem::kUnknown:
-      return EBADMSG;
+      return is_replaceable(path) ? EBADMSG : EPERM;
     case Problem::kMissing:
       return ENOENT;
     case Problem::kNotReadable:
@@ -63,7 +65,10 @@ PixbufRef decode_into_box(const OpenFile &file, const char *path, int width, int
   wish.flags = pictures::wire::kEnlarge;
   if (is_in_store(path)) {
     const PixbufRef stored = load_stored(path);
-    if (!stored) return {};
+    if (!stored) {
+      errno = error_of(Problem::kDamaged, path);
+      return {};
+    }
     const double scale =
         std::min(static_cast<double>(width) / gdk_pixbuf_get_width(stored.get()),
                  static_cast<double>(height) / gdk_pixbuf_get_height(stored.get()));
@@ -75,7 +80,7 @@ PixbufRef decode_into_box(const OpenFile &file, const char *path, int width, int
         side(gdk_pixbuf_get_height(stored.get()), height), GDK_INTERP_BILINEAR));
   }
   pictures::Result result = pictures::decode_picture(file, wish);
-  if (!result.pixbuf) errno = error_of(result.problem);
+  if (!result.pixbuf) errno = error_of(result.problem, path);
   return std::move(result.pixbuf);
 }
 
@@ -91,7 +96,7 @@ GdkPixbuf *fm_svc_thumb_create_pixbuf_by_path(const gchar *path, gint width, gin
   using namespace phone::thumbnail;
   const OpenFile file = phone::pictures::open_picture(path);
   if (file.problem != Problem::kNone) {
-    errno = error_of(file.problem);
+    errno = error_of(file.problem, path);
     return nullptr;
   }
   const CacheKey key{phone::pictures::Identity::of(file.info), width, height};

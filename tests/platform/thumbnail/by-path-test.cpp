@@ -39,6 +39,13 @@ class CreatePixbufByPath : public support::GlibTest {
     save(stored_path(info), quartered_pixbuf(width, height).get());
     return stored_path(info);
   }
+  /// A file of the cache that desktops share.
+  static std::string broken_shared_thumbnail() {
+    const std::string folder = std::string(g_get_user_cache_dir()) + "/thumbnails/large";
+    g_mkdir_with_parents(folder.c_str(), 0700);
+    EXPECT_TRUE(g_file_set_contents((folder + "/a.png").c_str(), "no picture", -1, nullptr));
+    return folder + "/a.png";
+  }
 
   support::TempDir dir_;
 };
@@ -150,8 +157,8 @@ TEST_F(CreatePixbufByPath, LeavesTheOriginalAlone) {
   EXPECT_EQ(support::read_file(path), before);
 }
 
-TEST_F(CreatePixbufByPath, SaysThatAFileCanNeverBeDecoded) {
-  const std::string path = dir_.write("a.jpg", "no picture at all");
+TEST_F(CreatePixbufByPath, SaysThatACachedFileCanNeverBeDecoded) {
+  const std::string path = broken_shared_thumbnail();
   errno = 0;
 
   EXPECT_FALSE(create(path));
@@ -160,13 +167,38 @@ TEST_F(CreatePixbufByPath, SaysThatAFileCanNeverBeDecoded) {
 }
 
 TEST_F(CreatePixbufByPath, SaysSoAgainFromMemory) {
-  const std::string path = dir_.write("a.jpg", "no picture at all");
+  const std::string path = broken_shared_thumbnail();
   create(path);
   errno = 0;
 
   EXPECT_FALSE(create(path));
 
   EXPECT_EQ(errno, EBADMSG);
+}
+
+TEST_F(CreatePixbufByPath, KeepsABrokenFileOutsideTheCachesFromRemoval) {
+  const std::string path = dir_.write("a.jpg", "no picture at all");
+
+  for (int time = 0; time < 2; ++time) {
+    errno = 0;
+
+    EXPECT_FALSE(create(path));
+
+    EXPECT_EQ(errno, EPERM);
+  }
+}
+
+TEST_F(CreatePixbufByPath, KeepsALinkedPictureInTheStoreFromRemoval) {
+  const std::string picture = dir_.write("a.jpg", "no picture at all");
+  const std::string path = stored_thumbnail(9, 9);
+  ASSERT_EQ(unlink(path.c_str()), 0);
+  ASSERT_EQ(link(picture.c_str(), path.c_str()), 0);
+  errno = 0;
+
+  EXPECT_FALSE(create(path));
+
+  EXPECT_EQ(errno, EPERM);
+  EXPECT_EQ(support::read_file(path), "no picture at all");
 }
 
 TEST_F(CreatePixbufByPath, SaysThatThereIsNoFile) {
