@@ -67,7 +67,8 @@ PB_EXPORT void pb_view_manager_add_widget(GtkWidget *form, GtkWidget *focus_widg
  * form stays.
  *
  * @param form (transfer none) a form with the name of the top form (gtk_widget_get_name(),
- *        without regard to case); nothing happens with another name
+ *        without regard to case); nothing happens with another name, or when the top form was
+ *        destroyed
  */
 PB_EXPORT void pb_view_manager_remove_widget(GtkWidget *form);
 

@@ -92,13 +92,13 @@ void pb_view_manager_remove_widget(GtkWidget *form) {
   if (stack().size() < 2) return;
   GtkWidget *top = stack().back()->form.get();
   if (top == nullptr) {
-    // Somebody destroyed the form: there is no name to compare, and its entry goes in any case.
+    // Somebody destroyed the form, so there is no name to compare.
     PB_LOG(PB_LOG_ERROR, "not found widget - (%d)item\n", pb_view_manager_get_count() - 1);
-  } else if (!GTK_IS_WIDGET(form) || !have_same_name(form, top)) {
     return;
   }
+  if (!GTK_IS_WIDGET(form) || !have_same_name(form, top)) return;
 
-  if (stack().size() == kStillForms + 1 && GTK_IS_WIDGET(form)) stop_motion(form);
+  if (stack().size() == kStillForms + 1) stop_motion(form);
   drop_top();
   const ViewEntry &below = *stack().back();
   show_form(below.form.get());

@@ -278,17 +278,39 @@ TEST_F(ViewManagerRemove, ForgetsAFocusWidgetThatIsGone) {
   EXPECT_EQ(pb_view_manager_get_focus_widget(a), nullptr);
 }
 
-TEST_F(ViewManagerRemove, TakesTheEntryOfAFormThatIsGone) {
-  GtkWidget *a = push("a");
-  GtkWidget *b = push("b");
-  gtk_widget_destroy(b);
+TEST_F(ViewManagerRemove, LeavesTheStackWhenTheTopFormIsGone) {
+  push("a");
+  gtk_widget_destroy(push("b"));
+  const auto other = pb::Ref<GtkWidget>::sink(new_form("b"));
+  fake::take_calls();
+
+  pb_view_manager_remove_widget(other.get());
+
+  EXPECT_EQ(pb_view_manager_get_count(), 2);
+  EXPECT_THAT(fake::platform().calls, IsEmpty());
+}
+
+TEST_F(ViewManagerRemove, LogsATopFormThatIsGone) {
+  push("a");
+  gtk_widget_destroy(push("b"));
 
   pb_view_manager_remove_widget(nullptr);
 
-  EXPECT_EQ(pb_view_manager_get_current_widget(), a);
   EXPECT_THAT(fake::platform().log,
               Contains(Logged(PB_LOG_ERROR,
                               "[pb_view_manager_remove_widget]not found widget - (1)item\n")));
+}
+
+TEST_F(ViewManagerRemove, BringsTheFormBelowBackWhole) {
+  push("a", "Albums");
+  GtkWidget *b = push("b", "Holiday");
+  GtkWidget *c = push("c", "IMG_1.jpg");
+
+  pb_view_manager_remove_widget(c);
+
+  EXPECT_EQ(shown(), b);
+  EXPECT_EQ(focus(), focus_of(b));
+  EXPECT_EQ(title(), "Holiday");
 }
 
 using ViewManagerRemoveTo = ViewManagerForms;
