@@ -46,7 +46,8 @@ void rsrc_close_rsr(gint handle);
  *
  * @param handle from rsrc_open_rbm(), or -1
  * @param id number of the bitmap
- * @return (transfer full) (nullable) a copy of the caller's own; NULL when there is none
+ * @return (transfer full) (nullable) a copy of the caller's own; NULL, or something that can be
+ *         seen in its place, when there is none
  */
 GdkPixbuf *rsrc_get_image(gint handle, gint id);
 
@@ -55,8 +56,8 @@ GdkPixbuf *rsrc_get_image(gint handle, gint id);
  *
  * @param handle from rsrc_open_rsr(), or -1
  * @param index number of the string, from 0
- * @return (transfer none) (nullable) UTF-8, valid until rsrc_free_strings(); NULL when there is
- *         none
+ * @return (transfer none) (nullable) UTF-8, valid until rsrc_free_strings(); NULL, or the number
+ *         in digits, when there is none
  */
 const gchar *rsrc_get_string(gint handle, gint index);
 
@@ -64,8 +65,8 @@ const gchar *rsrc_get_string(gint handle, gint index);
  * Gives a string of the phone's own.
  *
  * @param id number of the string
- * @return (transfer none) (nullable) UTF-8, valid until rsrc_free_strings(); NULL when there is
- *         none
+ * @return (transfer none) (nullable) UTF-8, valid until rsrc_free_strings(); NULL, or the number
+ *         in digits, when there is none
  */
 const gchar *rsrc_get_system_string(gint id);
 

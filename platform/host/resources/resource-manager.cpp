@@ -4,10 +4,12 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 
 #include "resources/bitmap-file.hpp"
+#include "resources/placeholder.hpp"
 #include "resources/string-file.hpp"
 #include "resources/system-strings.hpp"
 
@@ -25,15 +27,33 @@ struct Manager {
   std::map<gint, std::unique_ptr<BitmapFile>> bitmap_files;
   std::map<gint, std::unique_ptr<StringFile>> string_files;
   std::unique_ptr<StringFile> system_strings;
+  /// Stand in for bitmaps that cannot be had, by side.
+  std::map<gint, pb::Ref<GdkPixbuf>> placeholders;
+  /// Numbers that were reported, once each.
+  std::set<gint> reported;
   /// What callers hold. A map's entries stay where they are while others come.
   std::map<std::pair<gint, gint>, std::string> handed_out;
 
   const gchar *hand_out(gint handle, gint id, const StringFile *file) {
     const auto known = handed_out.find({handle, id});
     if (known != handed_out.end()) return known->second.c_str();
-    std::optional<std::string> text = file != nullptr ? file->get(id) : std::nullopt;
-    if (!text) return nullptr;
+    if (file == nullptr) return nullptr;
+    std::optional<std::string> text = file->get(id);
+    if (!text && file->has(id)) report("The text", id);
+    // The number shows where a text is missing, and which.
+    if (!text) text = std::to_string(id);
     return handed_out.emplace(std::pair(handle, id), std::move(*text)).first->second.c_str();
+  }
+
+  GdkPixbuf *copy_placeholder(gint id) {
+    const int side = placeholder_side(id);
+    pb::Ref<GdkPixbuf> &box = placeholders[side];
+    if (!box) box = make_placeholder(side);
+    return box ? gdk_pixbuf_copy(box.get()) : nullptr;
+  }
+
+  void report(const char *what, gint id) {
+    if (reported.insert(id).second) g_warning("%s %d of the package cannot be read", what, id);
   }
 };
 
@@ -84,8 +104,14 @@ void rsrc_close_rsr(gint handle) {
 
 GdkPixbuf *rsrc_get_image(gint handle, gint id) {
   const std::scoped_lock lock(manager().mutex);
+  if (id < 0) return nullptr;
   const auto file = manager().bitmap_files.find(handle);
-  return file != manager().bitmap_files.end() ? file->second->copy(id) : nullptr;
+  // A file that is not open was reported when it was to be opened.
+  if (file == manager().bitmap_files.end()) return manager().copy_placeholder(id);
+  GdkPixbuf *bitmap = file->second->copy(id);
+  if (bitmap != nullptr) return bitmap;
+  manager().report("The bitmap", id);
+  return manager().copy_placeholder(id);
 }
 
 const gchar *rsrc_get_string(gint handle, gint index) {

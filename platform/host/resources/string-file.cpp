@@ -33,6 +33,10 @@ std::unique_ptr<StringFile> StringFile::open(const char *path) {
   return text ? parse(*text) : nullptr;
 }
 
+bool StringFile::has(int id) const {
+  return g_key_file_has_key(keys_.get(), kGroup, std::to_string(id).c_str(), nullptr);
+}
+
 std::optional<std::string> StringFile::get(int id) const {
   const std::string key = std::to_string(id);
   const pb::StringPtr value(

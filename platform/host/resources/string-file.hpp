@@ -25,6 +25,9 @@ class StringFile {
   /// @return NULL for a file that is missing, too large or no such key file
   static std::unique_ptr<StringFile> open(const char *path);
 
+  /// Whether there is a text of this number, be it fit to be shown or not.
+  [[nodiscard]] bool has(int id) const;
+
   /// Nothing for an unknown number and for text that is not plain UTF-8 within the limit.
   [[nodiscard]] std::optional<std::string> get(int id) const;
 

@@ -9,11 +9,14 @@
 
 #include "glib-ptr.hpp"
 #include "resource-manager.h"
+#include "support/glib-test.hpp"
 #include "support/pixbufs.hpp"
 #include "support/temp-dir.hpp"
 
 using PixbufRef = pb::Ref<GdkPixbuf>;
 using support::pixel_at;
+using support::take_glib_warnings;
+using testing::ElementsAre;
 
 namespace {
 
@@ -36,6 +39,17 @@ class Bitmaps : public testing::Test {
 
   gint handle_;
 };
+
+void expect_placeholder(const PixbufRef &picture, int side) {
+  ASSERT_TRUE(picture);
+  EXPECT_EQ(gdk_pixbuf_get_width(picture.get()), side);
+  EXPECT_EQ(gdk_pixbuf_get_height(picture.get()), side);
+  // Its edge and its cross are seen on its ground.
+  const auto ground = pixel_at(picture.get(), side / 2, side / 4);
+  EXPECT_EQ(ground.alpha, 255);
+  EXPECT_NE(pixel_at(picture.get(), 0, side / 4), ground);
+  EXPECT_NE(pixel_at(picture.get(), side / 4, side / 4), ground);
+}
 
 class BitmapSize : public Bitmaps, public testing::WithParamInterface<std::tuple<int, int, int>> {};
 
@@ -92,19 +106,31 @@ TEST_F(Bitmaps, EachCallerGetsACopyOfItsOwn) {
   EXPECT_NE(pixel_at(second.get(), 0, 0), pixel_at(first.get(), 0, 0));
 }
 
-TEST_F(Bitmaps, AnUnknownNumberHasNone) { EXPECT_FALSE(image(handle_, 1)); }
+TEST_F(Bitmaps, AnUnknownNumberHasAPlaceholderAndOneWarning) {
+  expect_placeholder(image(handle_, 1), 32);
+  image(handle_, 1);
+
+  EXPECT_THAT(take_glib_warnings(), ElementsAre("The bitmap 1 of the package cannot be read"));
+}
+
+TEST_F(Bitmaps, EachCallerGetsAPlaceholderOfItsOwn) {
+  const PixbufRef first = image(-1, 67);
+  gdk_pixbuf_fill(first.get(), 0xff0000ff);
+
+  expect_placeholder(image(-1, 67), 148);
+}
 
 TEST_F(Bitmaps, ANegativeNumberHasNone) { EXPECT_FALSE(image(handle_, -1)); }
 
-TEST_F(Bitmaps, AFileThatIsNotOpenHasNone) {
-  EXPECT_FALSE(image(-1, 67));
-  EXPECT_FALSE(image(handle_ + 1, 67));
+TEST_F(Bitmaps, AFileThatIsNotOpenHasPlaceholders) {
+  expect_placeholder(image(-1, 67), 148);
+  expect_placeholder(image(handle_ + 1, 55), 32);
 }
 
-TEST_F(Bitmaps, AClosedFileHasNone) {
+TEST_F(Bitmaps, AClosedFileHasPlaceholders) {
   rsrc_close_rbm(handle_);
 
-  EXPECT_FALSE(image(handle_, 67));
+  expect_placeholder(image(handle_, 83), 148);
 }
 
 TEST_F(Bitmaps, OutliveTheirFile) {
@@ -176,7 +202,8 @@ TEST(BitmapFile, APictureThatClaimsAHugeSizeIsRefused) {
   const std::string file = dir.write("file", bytes);
   const gint handle = rsrc_open_rbm(file.c_str());
 
-  EXPECT_FALSE(image(handle, 67));
+  expect_placeholder(image(handle, 67), 148);
+  EXPECT_EQ(take_glib_warnings().size(), 1U);
   rsrc_close_rbm(handle);
 }
 
@@ -193,7 +220,8 @@ TEST(BitmapFile, ACompressedPictureIsRefused) {
   const gint handle = rsrc_open_rbm(file.c_str());
 
   ASSERT_GT(flagged, 0);
-  EXPECT_FALSE(image(handle, 67));
+  expect_placeholder(image(handle, 67), 148);
+  EXPECT_EQ(take_glib_warnings().size(), 1U);
   rsrc_close_rbm(handle);
 }
 
@@ -206,9 +234,10 @@ TEST(BitmapFile, ThatIsCutOffAnywhereNeverHarmsTheProgram) {
 
     const gint handle = rsrc_open_rbm(file.c_str());
 
-    image(handle, 67);
+    EXPECT_TRUE(image(handle, 67));
     rsrc_close_rbm(handle);
   }
+  take_glib_warnings();
 }
 
 TEST(BitmapFile, ThatWasDamagedAnywhereNeverHarmsTheProgram) {
@@ -231,8 +260,10 @@ TEST(BitmapFile, ThatWasDamagedAnywhereNeverHarmsTheProgram) {
 
     for (const gint id : {53, 67, 83, 105, 906}) {
       const PixbufRef picture = image(handle, id);
-      EXPECT_LE(picture ? gdk_pixbuf_get_width(picture.get()) : 0, 512);
+      ASSERT_TRUE(picture);
+      EXPECT_LE(gdk_pixbuf_get_width(picture.get()), 512);
     }
     rsrc_close_rbm(handle);
   }
+  take_glib_warnings();
 }

@@ -6,8 +6,11 @@
 #include <vector>
 
 #include "resource-manager.h"
+#include "support/glib-test.hpp"
 #include "support/temp-dir.hpp"
 
+using support::take_glib_warnings;
+using testing::ElementsAre;
 using testing::StrEq;
 
 namespace {
@@ -97,11 +100,14 @@ TEST_F(Strings, CanBeHadAgainAfterTheyWereFreed) {
   EXPECT_THAT(rsrc_get_string(handle_, 0), StrEq("Photos"));
 }
 
-TEST_F(Strings, AnUnknownNumberHasNone) {
-  EXPECT_EQ(rsrc_get_string(handle_, 220), nullptr);
+TEST_F(Strings, AnUnknownNumberStandsForItself) {
+  EXPECT_THAT(rsrc_get_string(handle_, 220), StrEq("1220"));
+  EXPECT_THAT(rsrc_get_system_string(1), StrEq("1"));
+}
+
+TEST_F(Strings, ANumberThatIsNoneHasNone) {
   EXPECT_EQ(rsrc_get_string(handle_, -1), nullptr);
   EXPECT_EQ(rsrc_get_string(handle_, G_MAXINT), nullptr);
-  EXPECT_EQ(rsrc_get_system_string(1), nullptr);
 }
 
 TEST_F(Strings, AFileThatIsNotOpenHasNone) {
@@ -163,7 +169,8 @@ TEST(StringFile, TextThatIsNoUtf8IsRefused) {
   const std::string file = dir.write("file", "[Strings]\n1000=\xff\xfe\n");
   const gint handle = rsrc_open_rsr(file.c_str());
 
-  EXPECT_EQ(rsrc_get_string(handle, 0), nullptr);
+  EXPECT_THAT(rsrc_get_string(handle, 0), StrEq("1000"));
+  EXPECT_THAT(take_glib_warnings(), ElementsAre("The text 1000 of the package cannot be read"));
   rsrc_close_rsr(handle);
 }
 
@@ -172,7 +179,21 @@ TEST(StringFile, TextWithControlCharactersIsRefused) {
   const std::string file = dir.write("file", "[Strings]\n1000=a\x1b[31m\n");
   const gint handle = rsrc_open_rsr(file.c_str());
 
-  EXPECT_EQ(rsrc_get_string(handle, 0), nullptr);
+  EXPECT_THAT(rsrc_get_string(handle, 0), StrEq("1000"));
+  EXPECT_THAT(take_glib_warnings(), ElementsAre("The text 1000 of the package cannot be read"));
+  rsrc_close_rsr(handle);
+}
+
+TEST(StringFile, TextThatCannotBeReadIsReportedOnce) {
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=\xff\xfe\n");
+  const gint handle = rsrc_open_rsr(file.c_str());
+
+  rsrc_get_string(handle, 0);
+  rsrc_free_strings();
+  rsrc_get_string(handle, 0);
+
+  EXPECT_EQ(take_glib_warnings().size(), 1U);
   rsrc_close_rsr(handle);
 }
 
@@ -181,6 +202,7 @@ TEST(StringFile, TextOfMoreThanAKilobyteIsRefused) {
   const std::string file = dir.write("file", "[Strings]\n1000=" + std::string(1025, 'x') + "\n");
   const gint handle = rsrc_open_rsr(file.c_str());
 
-  EXPECT_EQ(rsrc_get_string(handle, 0), nullptr);
+  EXPECT_THAT(rsrc_get_string(handle, 0), StrEq("1000"));
+  EXPECT_THAT(take_glib_warnings(), ElementsAre("The text 1000 of the package cannot be read"));
   rsrc_close_rsr(handle);
 }
