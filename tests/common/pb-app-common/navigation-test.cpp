@@ -212,6 +212,30 @@ TEST_F(NthItemFromCurrent, MovesOnWithoutANotification) {
   EXPECT_EQ(notified.count(), 0);
 }
 
+TEST_F(NthItemFromCurrent, IsNothingBehindTheLargestRow) {
+  const ListRef list = browse(kTenRows, G_MAXINT);
+
+  EXPECT_EQ(pb_app_common_get_nth_item_from_current(G_MAXINT), nullptr);
+
+  EXPECT_EQ(state()->item_index, G_MAXINT);
+}
+
+TEST_F(NthItemFromCurrent, DoesNotMoveOnFromTheLargestRow) {
+  const ListRef list = browse({kEmptyRow, 5}, G_MAXINT);
+
+  EXPECT_EQ(id_of(pb_app_common_get_nth_item_from_current(-G_MAXINT)), 5);
+
+  EXPECT_EQ(state()->item_index, G_MAXINT);
+}
+
+TEST_F(NthItemFromCurrent, IsNothingBeforeTheSmallestRow) {
+  const ListRef list = browse(kTenRows, -1);
+
+  EXPECT_EQ(pb_app_common_get_nth_item_from_current(G_MININT), nullptr);
+
+  EXPECT_EQ(state()->item_index, -1);
+}
+
 TEST_F(NthItemFromCurrent, NeedsAList) {
   EXPECT_EQ(pb_app_common_get_nth_item_from_current(0), nullptr);
 

@@ -499,6 +499,22 @@ TEST_F(InsertWebFileOfAlbum, LogsTheWebRecord) {
                   "URL = http://server/9, ARCHIVE = 2\n"));
 }
 
+TEST_F(InsertWebFileOfAlbum, LogsNothingBehindAFieldWithoutItsEnd) {
+  fake::platform().fm_svc_vesk_get_vesk_file = [](gint64, FmVeskFileRecord *record, gint *) {
+    std::memset(record->name, 'n', sizeof record->name);
+    std::memset(record->thumbnail_path, 't', sizeof record->thumbnail_path);
+    std::memset(record->bytes_url, 'u', sizeof record->bytes_url);
+    return TRUE;
+  };
+  const ListPtr list = album_list({9}, {FM_FILE_WEB_ONLY});
+
+  fill(list, pb_item_list_insert_data, 0, 0, 0);
+
+  EXPECT_THAT(log_of(kName), Contains("**** NFID =  0 *** FILENAME = " + std::string(256, 'n') +
+                                      " ** THUMBPATH = " + std::string(256, 't') +
+                                      " ** URL = " + std::string(256, 'u') + ", ARCHIVE = 0\n"));
+}
+
 TEST_F(InsertWebFileOfAlbum, LeavesTheRowWhenTheFileCannotBeRead) {
   fake::platform().fm_svc_vesk_get_vesk_file = [](gint64, FmVeskFileRecord *, gint *) {
     return FALSE;

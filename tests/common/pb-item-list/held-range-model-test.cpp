@@ -162,6 +162,94 @@ TEST_P(RandomRequests, FetchNothingTwiceInAStraightScrollDown) {
   EXPECT_EQ(std::set<std::string>(fetches.begin(), fetches.end()).size(), fetches.size());
 }
 
+TEST_P(RandomRequests, FetchNothingTwiceInAStraightScrollUp) {
+  build();
+  const int top = std::min(GetParam(), 1000) - 1;
+  if (top < 0) return;
+  ask(0, GetParam(), top, GetParam());
+  fake::take_calls();
+  model_.fetches = 0;
+  const int missing = model_.held.first;
+
+  for (int row = top; row >= 0; --row) {
+    ask(0, GetParam(), row, GetParam());
+    ASSERT_NO_FATAL_FAILURE(expect_the_model()) << "row " << row;
+  }
+
+  const auto fetches = fake::calls_of("fm_svc_mb_get_list");
+  EXPECT_EQ(static_cast<int>(fetches.size()), (missing + 99) / 100);
+  EXPECT_EQ(std::set<std::string>(fetches.begin(), fetches.end()).size(), fetches.size());
+  expect_the_right_records();
+}
+
+/// A service with other files, in other numbers, for each filter; ids tell them apart.
+constexpr gint kIdsOfFilter = 1'000'000;
+
+gint total_of(gint64 filter) { return 150 + static_cast<gint>(filter) * 7 % 300; }
+
+void serve_by_filter() {
+  fake::Platform &phone = fake::platform();
+  item_list_test::serve(0);
+  phone.fm_svc_mb_get_all_sub_file_count = [](const gchar *, gint, gint64 filter, gint *count,
+                                              gint *) {
+    *count = total_of(filter);
+    return TRUE;
+  };
+  phone.fm_svc_mb_get_list = [](const gchar *, gint, gint sort, gint64 filter, gint, GList **list,
+                                gint first, gint last, gint *) {
+    EXPECT_EQ(sort, 3);
+    const gint end = std::min(last, total_of(filter) - 1);
+    const gint id = static_cast<gint>(filter) * kIdsOfFilter + first + 1;
+    *list = end < first ? nullptr : fake::record_list(item_list_test::files(end - first + 1, id));
+    return TRUE;
+  };
+}
+
+class RandomSettings : public ItemListTest, public testing::WithParamInterface<int> {
+ protected:
+  void change_settings() {
+    constexpr gint64 kFilters[] = {-2, -1, 1, 2, 3, 0x10, 0x13, 0x20};
+    filter_ = kFilters[random_() % std::size(kFilters)];
+    pb_app_common_set_filter_sort_type(static_cast<gint>(random_() % 6), filter_);
+  }
+  [[nodiscard]] gint64 filter_in_force() const {
+    if (filter_ == -1) return 3;
+    return filter_ == -2 ? 0x13 : filter_;
+  }
+
+  std::mt19937 random_{static_cast<unsigned>(GetParam())};
+  gint64 filter_ = 0;
+};
+
+TEST_P(RandomSettings, StayThoseOfTheBuildInEveryFetch) {
+  serve_by_filter();
+  const ListPtr list = new_list();
+  change_settings();
+  const gint64 filter = filter_in_force();
+  const gint total = total_of(filter);
+  EXPECT_EQ(pb_item_list_build(list.get(), 1, 0), total);
+
+  for (int request = 0; request < 100; ++request) {
+    change_settings();
+    const gint row = static_cast<gint>(random_() % static_cast<unsigned>(total));
+    const bool alone = random_() % 5 == 0;
+    fill(list, pb_item_list_insert_data, alone ? row : 0, alone ? row : total, row);
+
+    const auto columns = item_list_test::read_row(list, row);
+    ASSERT_TRUE(columns.item) << "request " << request << " for row " << row;
+    ASSERT_EQ(columns.item->id, static_cast<gint>(filter) * kIdsOfFilter + row + 1);
+    const PbItemListPrivate &priv = private_of(list);
+    ASSERT_LE(priv.records.length(), 200);
+    ASSERT_EQ(priv.records.length(), priv.page_end - priv.page_start + 1);
+    for (gint held = priv.page_start; held <= priv.page_end; ++held) {
+      ASSERT_EQ(pb::item_list::held_record(list.get(), held)->id,
+                static_cast<gint>(filter) * kIdsOfFilter + held + 1);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomSettings, testing::Range(0, 10));
+
 INSTANTIATE_TEST_SUITE_P(Totals, RandomRequests,
                          testing::Values(0, 1, 99, 100, 101, 250, 1000, 100000));
 

@@ -1,5 +1,6 @@
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <set>
 
 #include "fixture.hpp"
@@ -135,6 +136,17 @@ TEST_F(ShareAlbums, LogsEachAlbumAndTheirNumber) {
   EXPECT_THAT(log_of(kName),
               ElementsAre("cate_type=0, sorted=0\n", "album name = local, naid = 0\n",
                           "album name = web, naid = 5\n", "album list record count = 1\n"));
+}
+
+TEST_F(ShareAlbums, LogsNothingBehindANameWithoutItsEnd) {
+  FmAlbumRecord album = fake::make_album(2, "", 5);
+  std::memset(album.name, 'n', sizeof album.name);
+  fake::set_text(album.cover_path, "/cover.jpg");
+  serve_albums({album});
+
+  const ListPtr list = ask(0);
+
+  EXPECT_THAT(log_of(kName), Contains("album name = " + std::string(303, 'n') + ", naid = 5\n"));
 }
 
 TEST_F(ShareAlbums, ConnectsItsHandlers) {

@@ -78,6 +78,23 @@ TEST_F(InsertWebOnlyFile, LogsTheRecord) {
                                          "http://server/9\n\n"));
 }
 
+TEST_F(InsertWebOnlyFile, LogsNothingBehindAFieldWithoutItsEnd) {
+  fake::platform().fm_svc_vesk_get_vesk_file = [](gint64, FmVeskFileRecord *record, gint *) {
+    std::memset(record->name, 'n', sizeof record->name);
+    std::memset(record->thumbnail_path, 't', sizeof record->thumbnail_path);
+    std::memset(record->bytes_url, 'u', sizeof record->bytes_url);
+    return TRUE;
+  };
+  const ListPtr list = built_list();
+
+  fill(list, pb_item_list_insert_data, 0, 0, 0);
+
+  EXPECT_THAT(log_of(kName),
+              Contains("\nITEMM NFID = 0 \nITEM ID = 0 \nrecord.name= " + std::string(256, 'n') +
+                       " \nrecord.thumb_path = " + std::string(256, 't') +
+                       " \nrecord.bytes_url = " + std::string(256, 'u') + "\n\n"));
+}
+
 TEST_F(InsertWebOnlyFile, MakesTheItemFromTheWebRecord) {
   serve_web_file("/web/9.jpg");
   const ListPtr list = built_list();

@@ -304,6 +304,20 @@ TEST_F(SetAlbumInfoOfAWebFile, IsShownByWhatThisPhoneHasOfIt) {
   EXPECT_STREQ(item_->filename, "/cache/88.jpg");
 }
 
+TEST_F(SetAlbumInfoOfAWebFile, ReadsNothingBehindAFieldWithoutItsEnd) {
+  serve_album({G_GINT64_CONSTANT(88)}, {FM_FILE_WEB_ONLY});
+  fake::platform().fm_svc_vesk_get_vesk_file = [](gint64, FmVeskFileRecord *record, gint *) {
+    std::fill(std::begin(record->thumbnail_path), std::end(record->thumbnail_path), 't');
+    fake::set_text(record->bytes_url, "http://server/9");
+    return TRUE;
+  };
+
+  set_album_info();
+
+  EXPECT_EQ(std::string(item_->thumb_path), std::string(256, 't'));
+  EXPECT_EQ(std::string(item_->filename), std::string(256, 't'));
+}
+
 TEST_F(SetAlbumInfoOfAWebFile, HasTheExtensionJpg) {
   serve_album({G_GINT64_CONSTANT(88)}, {FM_FILE_WEB_ONLY});
   fake::platform().fm_svc_vesk_get_vesk_file = [](gint64, FmVeskFileRecord *record, gint *) {
@@ -358,6 +372,29 @@ TEST_F(SetAlbumInfoOfALocalFile, TakesTheFileAsItsCover) {
   EXPECT_STREQ(item_->thumb_path, "/cache/501.jpg");
   EXPECT_STREQ(item_->filename, "/phone/DCIM/first.jpg");
   EXPECT_STREQ(item_->extension, "jpg");
+}
+
+TEST_F(SetAlbumInfoOfALocalFile, ReadsNothingBehindAFieldWithoutItsEnd) {
+  serve_local_album();
+  FmMediaRecord record{};
+  std::fill(std::begin(record.folder), std::end(record.folder), 'f');
+  std::fill(std::begin(record.name), std::end(record.name), 'n');
+  serve_record(record);
+  FmFileRecord file{};
+  std::fill(std::begin(file.item.thumbnail_path), std::end(file.item.thumbnail_path), 't');
+  file.item.attribute = -1;
+  std::fill(std::begin(file.item.extension), std::end(file.item.extension), 'e');
+  file.item.media_type = -1;
+  serve_file(file);
+
+  set_album_info();
+
+  EXPECT_EQ(std::string(item_->thumb_path), std::string(300, 't'));
+  EXPECT_EQ(std::string(item_->extension), std::string(8, 'e'));
+  // Both names and the slash between them.
+  EXPECT_THAT(
+      fake::platform().log,
+      Contains(Logged(PB_LOG_ERROR, "[mb_util_get_full_path_by_record]path too long : 521\n")));
 }
 
 TEST_F(SetAlbumInfoOfALocalFile, LogsTheCover) {
