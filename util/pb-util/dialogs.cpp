@@ -14,6 +14,8 @@ using pb::util::dialogs;
 
 namespace {
 
+constexpr gint kOverMainWindow = GTK_DIALOG_MODAL | GTK_DIALOG_DESTROY_WITH_PARENT;
+
 constexpr gint kNoButton = 0;
 constexpr gint kDeleteLabel = 10105;
 constexpr gint kCancelLabel = 10066;
@@ -50,15 +52,20 @@ ButtonPair buttons_of(gint set) {
   }
 }
 
-/// The last button gets the focus: where there are two it is the one that changes nothing.
+/// The last button gets the focus and the Return key: where there are two it is the one that
+/// changes nothing.
 void add_buttons(GtkStyleDialog *dialog, const ButtonPair &buttons) {
   const pb::util::ResourceScope scope;
   GtkWidget *last = nullptr;
+  gint response = GTK_RESPONSE_NONE;
   for (const Button &button : buttons) {
     if (button.label == kNoButton) continue;
-    last = gtk_style_dialog_add_button(dialog, pb_get_res_string(button.label), button.response);
+    response = button.response;
+    last = gtk_style_dialog_add_button(dialog, pb_get_res_string(button.label), response);
   }
-  if (last != nullptr) gtk_widget_grab_focus(last);
+  if (last == nullptr) return;
+  gtk_dialog_set_default_response(GTK_DIALOG(dialog), response);
+  gtk_widget_grab_focus(last);
 }
 
 void delete_box_toggled(GtkToggleButton *box, gpointer) {
@@ -67,7 +74,7 @@ void delete_box_toggled(GtkToggleButton *box, gpointer) {
 
 void add_delete_box(GtkStyleDialog *dialog) {
   const pb::StringPtr label = pb::util::copy_res_string(kCheckBoxLabel);
-  GtkWidget *box = gtk_check_button_new_with_label(label == nullptr ? "" : label.get());
+  GtkWidget *box = gtk_check_button_new_with_label(label.get());
   GtkWidget *text = gtk_bin_get_child(GTK_BIN(box));
   gtk_label_set_line_wrap(GTK_LABEL(text), TRUE);
   gtk_label_set_line_wrap_mode(GTK_LABEL(text), PANGO_WRAP_WORD_CHAR);
@@ -84,9 +91,10 @@ void add_delete_box(GtkStyleDialog *dialog) {
 }
 
 /// A question or notice that is about to be run.
-GtkStyleDialog *make_question(gint style, const gchar *title, const gchar *text) {
+GtkStyleDialog *make_question(gint style, GtkWindow *parent, gint flags, const gchar *title,
+                              const gchar *text) {
   dialogs().delete_box_ticked = FALSE;
-  GtkStyleDialog *dialog = pb::util::make_current_dialog(style, nullptr, 0);
+  GtkStyleDialog *dialog = pb::util::make_current_dialog(style, parent, flags);
   if (dialog != nullptr) pb::util::set_texts(dialog, title, text);
   return dialog;
 }
@@ -146,7 +154,8 @@ gint run_dialog(GtkStyleDialog *dialog, gint timeout_ms) {
 
 gboolean pb_util_show_dialog(gint dialog_type, const gchar *title, const gchar *text, gint buttons,
                              gint timeout_ms, gint *response) {
-  const gint answer = ask(make_question(dialog_type, title, text), buttons_of(buttons), timeout_ms);
+  GtkStyleDialog *dialog = make_question(dialog_type, nullptr, 0, title, text);
+  const gint answer = ask(dialog, buttons_of(buttons), timeout_ms);
   if (response != nullptr) *response = answer;
   if (answer != GTK_RESPONSE_NONE) return TRUE;
   PB_LOG(PB_LOG_WARNING, "gtk_dialog_run : programmatically hidden or destroyed\n");
@@ -155,7 +164,7 @@ gboolean pb_util_show_dialog(gint dialog_type, const gchar *title, const gchar *
 
 gboolean pb_show_delete_local_server_dialog(gint dialog_type, const gchar *title, const gchar *text,
                                             gint timeout_ms, gint *response) {
-  GtkStyleDialog *dialog = make_question(dialog_type, title, text);
+  GtkStyleDialog *dialog = make_question(dialog_type, nullptr, 0, title, text);
   if (dialog != nullptr && mb_util_is_vesk_login_present() == 1) add_delete_box(dialog);
   const gint answer = ask(dialog, kDeleteButtons, timeout_ms);
   if (response != nullptr) *response = answer;
@@ -164,7 +173,8 @@ gboolean pb_show_delete_local_server_dialog(gint dialog_type, const gchar *title
 
 gboolean pb_menu_delete_archive_show_dialog(gint dialog_type, const gchar *title, const gchar *text,
                                             gint timeout_ms, gint *response) {
-  GtkStyleDialog *dialog = make_question(dialog_type, title, text);
+  GtkStyleDialog *dialog =
+      make_question(dialog_type, pb::util::dialog_parent(), kOverMainWindow, title, text);
   const gint answer = ask(dialog, kDeleteButtons, timeout_ms);
   if (response != nullptr) *response = answer;
   return answer == GTK_RESPONSE_YES;

@@ -11,6 +11,7 @@
 #include "pb-util-dialog.h"
 #include "pb-util-resource.h"
 #include "pb-util-settings.h"
+#include "util/pb-util/private.hpp"
 
 namespace {
 
@@ -121,9 +122,10 @@ gboolean pb_check_data_init_status(void) {
   if (is_media_data_ready()) return TRUE;
   PB_LOG(PB_LOG_INFO, "DB initialization is doing, quit from the application.\n");
   pb_res_open();
-  const gchar *title = pb_get_res_string(kNotReadyTitle);
-  const gchar *text = pb_get_res_string(kNotReadyText);
-  pb_util_show_dialog(kNoticeDialog, title, text, PB_DIALOG_BUTTONS_OK, kNoticeTimeoutMs, nullptr);
+  const pb::StringPtr title = pb::util::copy_res_string(kNotReadyTitle);
+  const pb::StringPtr text = pb::util::copy_res_string(kNotReadyText);
+  pb_util_show_dialog(kNoticeDialog, title.get(), text.get(), PB_DIALOG_BUTTONS_OK,
+                      kNoticeTimeoutMs, nullptr);
   pb_res_close();
   return FALSE;
 }

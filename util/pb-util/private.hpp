@@ -32,7 +32,8 @@ class ResourceScope {
   bool opened_ = false;
 };
 
-/// A copy of a resource string that outlives pb_res_close(); null when there is none.
+/// A copy of a resource string that outlives pb_res_close(); the number itself when there is
+/// none, so that a dialog never stays empty. Never null.
 StringPtr copy_res_string(gint id);
 
 }  // namespace pb::util

@@ -97,8 +97,7 @@ void pb_util_update_progress_bar(const gchar *text) {
   if (GTK_IS_STYLE_DIALOG(dialog)) pb::util::set_texts(GTK_STYLE_DIALOG(dialog), nullptr, text);
   GtkWidget *button = dialogs().progress_button.get();
   if (!GTK_IS_BUTTON(button)) return;
-  const pb::StringPtr label = pb::util::copy_res_string(kDoneLabel);
-  if (label != nullptr) gtk_button_set_label(GTK_BUTTON(button), label.get());
+  gtk_button_set_label(GTK_BUTTON(button), pb::util::copy_res_string(kDoneLabel).get());
 }
 
 gboolean pb_util_noti_publish(gint event_id, gpointer data) {

@@ -77,7 +77,8 @@ ResourceScope::~ResourceScope() {
 
 StringPtr copy_res_string(gint id) {
   const ResourceScope scope;
-  return StringPtr(g_strdup(pb_get_res_string(id)));
+  const gchar *text = pb_get_res_string(id);
+  return StringPtr(text == nullptr ? g_strdup_printf("%d", id) : g_strdup(text));
 }
 
 }  // namespace pb::util

@@ -1,6 +1,8 @@
 #include <gdk/gdkkeysyms.h>
 #include <style-dialog.h>
 
+#include <string>
+
 #include "glib-ptr.hpp"
 #include "support/glib-test.hpp"
 
@@ -250,6 +252,147 @@ TEST_F(StyleDialogButtons, AreDismissedByEscape) {
   const gint response = run_and([this] { press(GDK_Escape); });
 
   EXPECT_EQ(response, GTK_RESPONSE_DELETE_EVENT);
+}
+
+TEST_F(StyleDialogButtons, AnswerNoOnEscape) {
+  add("Yes", GTK_RESPONSE_YES);
+  add("No", GTK_RESPONSE_NO);
+
+  const gint response = run_and([this] { press(GDK_Escape); });
+
+  EXPECT_EQ(response, GTK_RESPONSE_NO);
+}
+
+TEST_F(StyleDialogButtons, AnswerCancelOnEscape) {
+  add("OK", GTK_RESPONSE_OK);
+  add("Cancel", GTK_RESPONSE_CANCEL);
+
+  const gint response = run_and([this] { press(GDK_Escape); });
+
+  EXPECT_EQ(response, GTK_RESPONSE_CANCEL);
+}
+
+TEST_F(StyleDialogButtons, DoNotAnswerOnEscapeWhenTheyCannotBePressed) {
+  gtk_widget_set_sensitive(add("Cancel", GTK_RESPONSE_CANCEL), FALSE);
+
+  const gint response = run_and([this] { press(GDK_Escape); });
+
+  EXPECT_EQ(response, GTK_RESPONSE_DELETE_EVENT);
+}
+
+class StyleDialogLongText : public DialogTest {
+ protected:
+  static std::string lines(int count) {
+    std::string text;
+    for (int line = 0; line < count; ++line) text += "line " + std::to_string(line) + "\n";
+    return text;
+  }
+  static void settle() {
+    while (gtk_events_pending() != FALSE) gtk_main_iteration();
+  }
+  int height() {
+    gint width = 0;
+    gint height = 0;
+    gtk_window_get_size(GTK_WINDOW(widget()), &width, &height);
+    return height;
+  }
+  GtkAdjustment *place() {
+    GtkWidget *label = gtk_style_dialog_get_text_label(dialog());
+    GtkWidget *scroller = gtk_widget_get_ancestor(label, GTK_TYPE_SCROLLED_WINDOW);
+    return gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scroller));
+  }
+  void show(const std::string &text) {
+    gtk_style_dialog_set_content_area_text(dialog(), text.c_str());
+    add("OK", GTK_RESPONSE_OK);
+    gtk_widget_show_all(widget());
+    settle();
+  }
+  void drag(int from, int to) {
+    GtkWidget *viewport = gtk_widget_get_parent(gtk_style_dialog_get_text_label(dialog()));
+    GdkEvent *event = gdk_event_new(GDK_BUTTON_PRESS);
+    event->button.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(viewport)));
+    event->button.button = 1;
+    event->button.y_root = from;
+    gtk_widget_event(viewport, event);
+    gdk_event_free(event);
+    event = gdk_event_new(GDK_MOTION_NOTIFY);
+    event->motion.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(viewport)));
+    event->motion.y_root = to;
+    gtk_widget_event(viewport, event);
+    gdk_event_free(event);
+  }
+};
+
+TEST_F(StyleDialogLongText, LeavesTheDialogOnTheScreen) {
+  show(lines(500));
+
+  EXPECT_LE(height(), gdk_screen_height() * 9 / 10);
+}
+
+TEST_F(StyleDialogLongText, LeavesTheDialogOnTheScreenWhenItComesLater) {
+  show("short");
+
+  gtk_style_dialog_set_content_area_text(dialog(), lines(500).c_str());
+  settle();
+
+  EXPECT_LE(height(), gdk_screen_height() * 9 / 10);
+}
+
+TEST_F(StyleDialogLongText, LeavesTheDialogOnTheScreenAsATitle) {
+  gtk_style_dialog_set_title(dialog(), lines(500).c_str());
+  show("short");
+
+  EXPECT_LT(height(), gdk_screen_height() / 2);
+}
+
+TEST_F(StyleDialogLongText, IsShownWholeWhereThereIsRoom) {
+  show(lines(5));
+
+  EXPECT_EQ(gtk_adjustment_get_upper(place()), gtk_adjustment_get_page_size(place()));
+}
+
+TEST_F(StyleDialogLongText, ScrollsByTheKeys) {
+  show(lines(500));
+
+  press(GDK_Page_Down);
+
+  EXPECT_GT(gtk_adjustment_get_value(place()), 0);
+  press(GDK_Page_Up);
+  EXPECT_EQ(gtk_adjustment_get_value(place()), 0);
+}
+
+TEST_F(StyleDialogLongText, FollowsAFinger) {
+  show(lines(500));
+
+  drag(300, 200);
+
+  EXPECT_EQ(gtk_adjustment_get_value(place()), 100);
+}
+
+TEST_F(StyleDialogLongText, StopsAtItsEnds) {
+  show(lines(500));
+
+  drag(300, 400);
+  EXPECT_EQ(gtk_adjustment_get_value(place()), 0);
+
+  drag(300, -100'000);
+  EXPECT_EQ(gtk_adjustment_get_value(place()),
+            gtk_adjustment_get_upper(place()) - gtk_adjustment_get_page_size(place()));
+}
+
+TEST_F(StyleDialog, IsNamedByItsTitleForAScreenReader) {
+  gtk_style_dialog_set_title(dialog(), "Delete");
+  gtk_style_dialog_set_content_area_text(dialog(), "Delete it?");
+
+  AtkObject *accessible = gtk_widget_get_accessible(widget());
+  EXPECT_STREQ(atk_object_get_name(accessible), "Delete");
+  EXPECT_STREQ(atk_object_get_description(accessible), "Delete it?");
+}
+
+TEST_F(StyleDialog, IsNamedByItsTextForAScreenReaderWithoutATitle) {
+  gtk_style_dialog_set_content_area_text(dialog(), "Delete it?");
+
+  EXPECT_STREQ(atk_object_get_name(gtk_widget_get_accessible(widget())), "Delete it?");
 }
 
 TEST_F(StyleDialogTimeout, EndsTheDialogWithoutAnAnswer) {

@@ -81,6 +81,20 @@ TEST(DebugMessage, StaysInItsLineForALongPath) {
   EXPECT_EQ(fake::platform().log.at(0).text.size(), 2047u);
 }
 
+class DebugMessageText : public support::GlibTest {};
+
+TEST_F(DebugMessageText, StandsMissingArguments) {
+  pb_debug_message(PB_LOG_INFO, nullptr, nullptr, 1, "x");
+
+  EXPECT_THAT(fake::platform().log, ElementsAre(Logged(PB_LOG_INFO, "[(null):(null)]  1 x\n")));
+}
+
+TEST_F(DebugMessageText, PassesBytesThatAreNoText) {
+  pb_debug_message(PB_LOG_INFO, "a", "f", 1, "%s", "\xff\xfe");
+
+  EXPECT_THAT(fake::platform().log, ElementsAre(Logged(PB_LOG_INFO, "[a:f]  1 \xff\xfe\n")));
+}
+
 void log_something(guint32 level) { PB_LOG(level, "value %d\n", 4); }
 
 TEST(LogMacro, BeginsWithTheFunction) {

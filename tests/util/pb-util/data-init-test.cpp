@@ -121,6 +121,18 @@ TEST_F(DataInitStatus, ShowsANoticeForTwoSeconds) {
                   "rsrc_free_strings()"));
 }
 
+TEST_F(DataInitStatus, ShowsTheNumbersOfItsTextsWithoutResources) {
+  platform().phone_status[kPhone] = 0;
+  platform().rsrc_open_rsr = [](const gchar *) { return -1; };
+
+  EXPECT_FALSE(pb_check_data_init_status());
+
+  EXPECT_THAT(calls_of("gtk_style_dialog_set_title"),
+              ElementsAre("gtk_style_dialog_set_title(GtkStyleDialog, \"10035\")"));
+  EXPECT_THAT(calls_of("gtk_style_dialog_set_content_area_text"),
+              ElementsAre("gtk_style_dialog_set_content_area_text(GtkStyleDialog, \"10473\")"));
+}
+
 TEST_F(DataInitStatus, LeavesTheResourcesClosed) {
   platform().phone_status[kPhone] = 0;
 

@@ -111,6 +111,20 @@ TEST_F(DeleteDialog, HasABoxWhileAUserIsSignedIn) {
   EXPECT_EQ(label, "string 198");
 }
 
+TEST_F(DeleteDialog, LabelsTheBoxWithItsNumberWithoutAText) {
+  mb_util_set_vesk_login_present(1);
+  platform().rsrc_get_string = [](gint, gint) -> const gchar * { return nullptr; };
+  std::string label;
+  platform().gtk_dialog_run = [&label](GtkDialog *dialog) {
+    label = gtk_button_get_label(GTK_BUTTON(box_of(dialog)));
+    return gint{GTK_RESPONSE_YES};
+  };
+
+  pb_show_delete_local_server_dialog(1, "Delete", "Delete it?", 0, nullptr);
+
+  EXPECT_EQ(label, "1198");
+}
+
 TEST_F(DeleteDialog, PutsTheBoxIntoTheContentArea) {
   mb_util_set_vesk_login_present(1);
   platform().gtk_dialog_run = [](GtkDialog *dialog) {
@@ -205,6 +219,30 @@ TEST_F(ArchiveDialog, AsksWithTheDeleteButtons) {
                           "-8)",
                           "gtk_style_dialog_add_button(GtkStyleDialog, \"system string 10066\", "
                           "-9)"));
+}
+
+TEST_F(ArchiveDialog, LiesOverTheMainWindow) {
+  create_window();
+
+  pb_menu_delete_archive_show_dialog(1, "Delete", "Text", 0, nullptr);
+
+  EXPECT_THAT(calls_of("gtk_style_dialog_new"),
+              ElementsAre("gtk_style_dialog_new(1, GtkMainWindow, 3)"));
+}
+
+TEST_F(ArchiveDialog, ForgetsTheBoxOfADialogBefore) {
+  mb_util_set_vesk_login_present(1);
+  platform().gtk_dialog_run = [](GtkDialog *dialog) {
+    const auto boxes = descendants(GTK_WIDGET(dialog), GTK_TYPE_CHECK_BUTTON);
+    if (!boxes.empty()) gtk_button_clicked(GTK_BUTTON(boxes.front()));
+    return gint{GTK_RESPONSE_YES};
+  };
+  pb_show_delete_local_server_dialog(1, "Delete", "Delete it?", 0, nullptr);
+  ASSERT_TRUE(pb_is_set_delete_dialog_check_box());
+
+  pb_menu_delete_archive_show_dialog(1, "Delete", "Text", 0, nullptr);
+
+  EXPECT_FALSE(pb_is_set_delete_dialog_check_box());
 }
 
 TEST_F(ArchiveDialog, IsTrueWhenTheUserAgrees) {

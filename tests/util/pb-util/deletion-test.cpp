@@ -118,6 +118,17 @@ TEST_F(DeleteFile, ShowsItsTextsWithClosedResources) {
                             "\"string 62\")"}));
 }
 
+TEST_F(DeleteFile, ShowsTheNumbersOfItsTextsWithoutResources) {
+  refuse(8);
+  platform().rsrc_open_rsr = [](const gchar *) { return -1; };
+
+  pb_util_delete_file(kPath, FALSE);
+
+  EXPECT_THAT(platform().calls,
+              IsSupersetOf({"gtk_style_dialog_set_title(GtkStyleDialog, \"10239\")",
+                            "gtk_style_dialog_set_content_area_text(GtkStyleDialog, \"1062\")"}));
+}
+
 TEST_F(DeleteFile, LogsWhenTheOpenStatusCannotBeRestored) {
   refuse(8);
   platform().fexplorer_set_file_open_status = [](const gchar *, gint open) { return open == 0; };

@@ -85,6 +85,13 @@ class DialogRun : public support::DisplayTest {
     gdk_event_free(event);
   }
 
+  static GtkWidget *delete_box() {
+    GtkWidget *content = gtk_style_dialog_get_content_area(GTK_STYLE_DIALOG(dialog()));
+    const pb::ListSpinePtr rows(gtk_container_get_children(GTK_CONTAINER(content)));
+    const pb::ListSpinePtr boxes(gtk_container_get_children(GTK_CONTAINER(rows->data)));
+    return GTK_WIDGET(boxes->data);
+  }
+
   static void settle() {
     while (gtk_events_pending() != FALSE) gtk_main_iteration();
   }
@@ -115,13 +122,106 @@ TEST_F(DialogRun, GivesReturnToTheSafeButton) {
   EXPECT_EQ(response, GTK_RESPONSE_NO);
 }
 
-TEST_F(DialogRun, IsAnsweredByEscape) {
+TEST_F(DialogRun, GivesReturnToTheSafeButtonAlsoFromTheBox) {
+  mb_util_set_vesk_login_present(1);
+  later([] {
+    gtk_widget_grab_focus(delete_box());
+    press(GDK_KEY_Return);
+  });
+  gint response = 0;
+
+  pb_show_delete_local_server_dialog(1, "Delete", "Delete it?", 0, &response);
+
+  EXPECT_EQ(response, GTK_RESPONSE_NO);
+}
+
+TEST_F(DialogRun, TicksTheBoxWithTheSpaceBar) {
+  mb_util_set_vesk_login_present(1);
+  later([] {
+    GtkWidget *box = delete_box();
+    // The box shows itself pressed for a moment before it is ticked.
+    g_signal_connect(box, "toggled", G_CALLBACK(+[] { press(GDK_KEY_Escape); }), nullptr);
+    gtk_widget_grab_focus(box);
+    press(GDK_KEY_space);
+  });
+
+  pb_show_delete_local_server_dialog(1, "Delete", "Delete it?", 0, nullptr);
+
+  EXPECT_TRUE(pb_is_set_delete_dialog_check_box());
+}
+
+class DialogEscape : public DialogRun, public testing::WithParamInterface<std::pair<gint, gint>> {};
+
+TEST_P(DialogEscape, AnswersNoWhereThereIsOne) {
+  const auto [buttons, answer] = GetParam();
   later([] { press(GDK_KEY_Escape); });
+  gint response = 0;
+
+  EXPECT_TRUE(pb_util_show_dialog(1, "Title", "Text", buttons, 0, &response));
+
+  EXPECT_EQ(response, answer);
+}
+
+INSTANTIATE_TEST_SUITE_P(ButtonSets, DialogEscape,
+                         testing::Values(std::pair(0, -4), std::pair(1, -4), std::pair(2, -9),
+                                         std::pair(3, -9), std::pair(4, -9)),
+                         [](const auto &row) { return "Set" + std::to_string(row.param.first); });
+
+TEST_F(DialogRun, IsClosedByTheWindowManagerWithAnAnswerOfItsOwn) {
+  later([] {
+    GdkEvent *event = gdk_event_new(GDK_DELETE);
+    event->any.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(GTK_WIDGET(dialog()))));
+    gtk_main_do_event(event);
+    gdk_event_free(event);
+  });
   gint response = 0;
 
   EXPECT_TRUE(pb_util_show_dialog(1, "Delete", "Delete it?", 3, 0, &response));
 
-  EXPECT_NE(response, GTK_RESPONSE_YES);
+  EXPECT_EQ(response, GTK_RESPONSE_DELETE_EVENT);
+}
+
+TEST_F(DialogRun, StaysOnTheScreenWithATextThatIsLonger) {
+  std::string text;
+  for (int line = 0; line < 400; ++line) text += "line " + std::to_string(line) + "\n";
+  GdkRectangle place{};
+  later([&place] {
+    settle();
+    place = place_of(GTK_WIDGET(dialog()));
+    click(GTK_RESPONSE_OK);
+  });
+
+  pb_util_show_dialog(2, text.c_str(), text.c_str(), 1, 0, nullptr);
+
+  EXPECT_GE(place.y, 0);
+  EXPECT_LE(place.y + place.height, gdk_screen_height());
+  EXPECT_LE(place.width, 480);
+}
+
+TEST_F(DialogRun, StaysOnTheScreenWithAWordThatIsLonger) {
+  const std::string word(4096, 'w');
+  GdkRectangle place{};
+  later([&place] {
+    settle();
+    place = place_of(GTK_WIDGET(dialog()));
+    click(GTK_RESPONSE_OK);
+  });
+
+  pb_util_show_dialog(2, word.c_str(), word.c_str(), 1, 0, nullptr);
+
+  EXPECT_LE(place.height, gdk_screen_height());
+  EXPECT_LE(place.width, 480);
+}
+
+TEST_F(DialogRun, HasAccessibleNames) {
+  later([] {
+    AtkObject *accessible = gtk_widget_get_accessible(GTK_WIDGET(dialog()));
+    EXPECT_STREQ(atk_object_get_name(accessible), "Delete");
+    EXPECT_STREQ(atk_object_get_description(accessible), "Delete it?");
+    click(GTK_RESPONSE_NO);
+  });
+
+  pb_util_show_dialog(1, "Delete", "Delete it?", 3, 0, nullptr);
 }
 
 TEST_F(DialogRun, EndsAtItsTimeOut) {
@@ -194,10 +294,7 @@ TEST_F(DialogRun, LeavesNothingBehind) {
 TEST_F(DialogRun, RemembersATickedBox) {
   mb_util_set_vesk_login_present(1);
   later([] {
-    GtkWidget *content = gtk_style_dialog_get_content_area(GTK_STYLE_DIALOG(dialog()));
-    const pb::ListSpinePtr rows(gtk_container_get_children(GTK_CONTAINER(content)));
-    const pb::ListSpinePtr boxes(gtk_container_get_children(GTK_CONTAINER(rows->data)));
-    gtk_button_clicked(GTK_BUTTON(boxes->data));
+    gtk_button_clicked(GTK_BUTTON(delete_box()));
     click(GTK_RESPONSE_YES);
   });
 
@@ -206,7 +303,72 @@ TEST_F(DialogRun, RemembersATickedBox) {
   EXPECT_TRUE(pb_is_set_delete_dialog_check_box());
 }
 
+TEST_F(DialogRun, OfAnArchiveIsAnsweredByEscape) {
+  later([] { press(GDK_KEY_Escape); });
+  gint response = 0;
+
+  EXPECT_FALSE(pb_menu_delete_archive_show_dialog(1, "Delete", "Keep it?", 0, &response));
+
+  EXPECT_EQ(response, GTK_RESPONSE_NO);
+}
+
+TEST_F(DialogRun, OfASignInIsGivenUpByEscape) {
+  later([] { press(GDK_KEY_Escape); });
+  gchar *user = nullptr;
+  gchar *password = nullptr;
+
+  EXPECT_FALSE(pb_util_create_youtube_login_dialog(&user, &password));
+
+  EXPECT_EQ(user, nullptr);
+  EXPECT_EQ(password, nullptr);
+}
+
 using IndicatorRun = DialogRun;
+
+gint g_progress_answer = 0;
+
+TEST_F(IndicatorRun, OfProgressIsCancelledByEscape) {
+  pb_util_start_progress_bar("Sending", "1 of 3", G_CALLBACK(+[](GtkDialog *, gint response) {
+                               g_progress_answer = response;
+                             }));
+  settle();
+
+  press(GDK_KEY_Escape);
+
+  EXPECT_EQ(g_progress_answer, GTK_RESPONSE_CANCEL);
+}
+
+TEST_F(IndicatorRun, OfProgressWithoutAHandlerGoesOnEscape) {
+  pb_util_start_progress_bar("Sending", "1 of 3", nullptr);
+  settle();
+
+  press(GDK_KEY_Escape);
+
+  EXPECT_FALSE(pb_dialog_check_exist());
+}
+
+TEST_F(IndicatorRun, OfEveryKindStandsEveryText) {
+  const std::string longer(4096, 'n');
+  for (const char *text :
+       {"", "IMG\xff\xfe.jpg", "$(touch x); `y` & 'z'", "<b>&amp;", longer.c_str()}) {
+    mb_show_popup(nullptr, text);
+    settle();
+    EXPECT_LE(place_of(GTK_WIDGET(dialog())).height, gdk_screen_height()) << text;
+    mb_util_create_waiting_popup(text);
+    settle();
+    EXPECT_LE(place_of(GTK_WIDGET(dialog())).height, gdk_screen_height()) << text;
+    mb_util_start_noti_progress_bar(text);
+    pb_util_update_noti_progress_bar(40, text);
+    settle();
+    EXPECT_LE(place_of(GTK_WIDGET(dialog())).height, gdk_screen_height()) << text;
+    pb_dialog_destroy();
+    pb_util_start_progress_bar(text, text, nullptr);
+    pb_util_update_progress_bar(text);
+    settle();
+    EXPECT_LE(place_of(GTK_WIDGET(dialog())).height, gdk_screen_height()) << text;
+    pb_dialog_destroy();
+  }
+}
 
 TEST_F(IndicatorRun, OfProgressLiesInTheMiddleOfTheScreen) {
   pb_util_start_progress_bar("Sending", "1 of 3", nullptr);

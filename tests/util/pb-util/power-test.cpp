@@ -11,6 +11,7 @@ using fake::platform;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::IsEmpty;
 
 struct Mode {
   int mode;
@@ -43,6 +44,12 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto &mode) { return "Mode" + std::to_string(mode.index); });
 
 TEST(PowerMode, IsNoneAtFirst) { EXPECT_EQ(mb_util_get_power_mode(), -1); }
+
+TEST(PowerMode, OfNoneIsSetAlreadyAtFirst) {
+  mb_util_set_power_mode(-1);
+
+  EXPECT_THAT(platform().calls, IsEmpty());
+}
 
 TEST(PowerMode, IsAskedForOnce) {
   mb_util_set_power_mode(5);

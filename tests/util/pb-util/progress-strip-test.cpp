@@ -52,6 +52,15 @@ TEST_F(ProgressStrip, LiesAtTheTopOfTheMainWindow) {
             gdk_window_get_width(gtk_widget_get_window(window)));
 }
 
+TEST_F(ProgressStrip, IsMadeOverTheMainWindow) {
+  create_window();
+
+  mb_util_start_noti_progress_bar("Sending");
+
+  EXPECT_THAT(fake::calls_of("gtk_style_dialog_new"),
+              ElementsAre("gtk_style_dialog_new(4, GtkMainWindow, 2)"));
+}
+
 TEST_F(ProgressStrip, LeavesTheWindowUsable) {
   create_window();
 
