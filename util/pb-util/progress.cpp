@@ -1,5 +1,8 @@
 #include <event-system.h>
 
+#include <array>
+#include <fstream>
+
 #include "pb-debug.h"
 #include "pb-util-dialog.h"
 #include "pb-util-resource.h"
@@ -14,6 +17,9 @@ namespace {
 constexpr const char *kAnimationFile =
     "/usr/apps/com.velmora.photobrowser/res/bitmap/WVGA_Pb/download_indicator.gif";
 
+/// Sides of an animation that is given to the decoder, which allocates by what the header says.
+constexpr int kLargestAnimation = 512;
+
 /// Of what stands in for the animation, pixels.
 constexpr gint kSpinnerSize = 44;
 
@@ -21,6 +27,25 @@ constexpr gint kDoneLabel = 1069;
 constexpr gint kCancelLabel = 10066;
 
 constexpr gint kOverMainWindow = GTK_DIALOG_MODAL | GTK_DIALOG_DESTROY_WITH_PARENT;
+
+/// Looks at the signature and the size in front of the animation.
+bool is_small_gif(const std::string &file) {
+  std::array<unsigned char, 10> head{};
+  if (!std::ifstream(file, std::ios::binary)
+           .read(reinterpret_cast<char *>(head.data()), head.size())) {
+    return false;
+  }
+  const bool gif = head[0] == 'G' && head[1] == 'I' && head[2] == 'F';
+  return gif && head[6] + 256 * head[7] <= kLargestAnimation &&
+         head[8] + 256 * head[9] <= kLargestAnimation;
+}
+
+/// The running animation; null when its file is missing or damaged.
+pb::Ref<GdkPixbufAnimation> load_animation(const std::string &file) {
+  if (!is_small_gif(file)) return nullptr;
+  return pb::Ref<GdkPixbufAnimation>::adopt(
+      gdk_pixbuf_animation_new_from_file(file.c_str(), nullptr));
+}
 
 void progress_answered(GtkDialog *dialog, gint, gpointer) {
   gtk_widget_destroy(GTK_WIDGET(dialog));
@@ -42,14 +67,13 @@ void add_progress_button(GtkStyleDialog *dialog, bool has_handler) {
 namespace pb::util {
 
 void add_animation(GtkStyleDialog *dialog) {
-  ErrorPtr error;
-  const auto animation = Ref<GdkPixbufAnimation>::adopt(
-      gdk_pixbuf_animation_new_from_file(phone_path(kAnimationFile).c_str(), out(error)));
+  const std::string file = phone_path(kAnimationFile);
+  const Ref<GdkPixbufAnimation> animation = load_animation(file);
   GtkWidget *moving = nullptr;
   if (animation) {
     moving = gtk_image_new_from_animation(animation.get());
   } else {
-    PB_LOG(PB_LOG_ERROR, "%s\n", error == nullptr ? "no animation" : error->message);
+    PB_LOG(PB_LOG_ERROR, "no animation in %s\n", file.c_str());
     moving = gtk_spinner_new();
     gtk_widget_set_size_request(moving, kSpinnerSize, kSpinnerSize);
     gtk_spinner_start(GTK_SPINNER(moving));

@@ -36,9 +36,13 @@ class ProgressBar : public DialogTest {
     const std::string folder =
         support::photobrowser_root() + "/usr/apps/com.velmora.photobrowser/res/bitmap/WVGA_Pb";
     ASSERT_EQ(g_mkdir_with_parents(folder.c_str(), 0700), 0);
-    const std::string file = folder + "/download_indicator.gif";
-    ASSERT_TRUE(g_file_set_contents(file.c_str(), animation_bytes().data(),
+    ASSERT_TRUE(g_file_set_contents(animation_file().c_str(), animation_bytes().data(),
                                     static_cast<gssize>(animation_bytes().size()), nullptr));
+  }
+
+  static std::string animation_file() {
+    return support::photobrowser_root() +
+           "/usr/apps/com.velmora.photobrowser/res/bitmap/WVGA_Pb/download_indicator.gif";
   }
 
   GtkWidget *start(const char *title, const char *text, GCallback handler = nullptr) {
@@ -132,11 +136,25 @@ TEST_F(ProgressBar, ShowsTheAnimationInItsContentArea) {
   EXPECT_TRUE(gtk_widget_get_visible(images.front()));
 }
 
+TEST_F(ProgressBar, TurnsASpinnerForADamagedAnimation) {
+  std::string huge = animation_bytes();
+  huge.replace(6, 4, "\xff\xff\xff\xff");
+  const std::string cut = animation_bytes().substr(0, 9);
+  const std::string torn = animation_bytes().substr(0, 15) + "torn";
+  for (const std::string &bytes : {huge, cut, torn, std::string("\x89PNG and more")}) {
+    ASSERT_TRUE(g_file_set_contents(animation_file().c_str(), bytes.data(),
+                                    static_cast<gssize>(bytes.size()), nullptr));
+
+    GtkWidget *dialog = start("Title", "Text");
+
+    EXPECT_THAT(descendants(dialog, GTK_TYPE_IMAGE), IsEmpty());
+    EXPECT_THAT(descendants(dialog, GTK_TYPE_SPINNER), SizeIs(1));
+    pb_dialog_destroy();
+  }
+}
+
 TEST_F(ProgressBar, TurnsASpinnerWithoutTheAnimation) {
-  const std::string file = support::photobrowser_root() +
-                           "/usr/apps/com.velmora.photobrowser/res/bitmap/WVGA_Pb/"
-                           "download_indicator.gif";
-  ASSERT_EQ(remove(file.c_str()), 0);
+  ASSERT_EQ(remove(animation_file().c_str()), 0);
 
   GtkWidget *dialog = start("Title", "Text");
 
