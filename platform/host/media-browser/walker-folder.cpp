@@ -154,6 +154,8 @@ void Walker::report_lost(const Visit &visit) {
     return entry ? entry->regular : errno != ENOENT;
   });
   if (lost.empty()) return;
+  // A file that was renamed is found under its new name first: nobody sees it missing between.
+  pool_.wait_until_idle();
   writer_.post_when_due([lost](Writer &writer) { writer.lose(lost); });
 }
 
@@ -239,7 +241,9 @@ void Walker::scan_names(const std::string &path, const std::set<std::string> &na
     }
   }
   submit(here);
-  if (!lost.empty()) writer_.post([lost](Writer &writer) { writer.lose(lost); });
+  if (lost.empty()) return;
+  pool_.wait_until_idle();
+  writer_.post([lost](Writer &writer) { writer.lose(lost); });
 }
 
 }  // namespace phone::media
