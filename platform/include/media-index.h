@@ -90,6 +90,29 @@ gint media_index_get_position(gint sort, gint64 filter, gint id);
  */
 gint media_index_get_id_by_path(const gchar *path);
 
+/**
+ * Writes what people have said about their pictures as one JSON file: favourites, marks and web
+ * ids, by the paths and identities of the files. Works while the index is stopped too.
+ *
+ * @param path (transfer none) full path of the file; one that is there is replaced as a whole
+ * @param problem (nullable) (transfer full) set to a sentence for the user on failure, else NULL;
+ *        free with g_free()
+ * @return TRUE on success; on failure a file that was there is as before
+ */
+gboolean media_index_export_user_data(const gchar *path, gchar **problem);
+
+/**
+ * Adds what a file of media_index_export_user_data() says to what is known. Favourites and marks
+ * are added, never taken away; a web id that is known stays. Works while the index is stopped
+ * too; while it runs, the listeners hear when the lists show it.
+ *
+ * @param path (transfer none) full path of the file
+ * @param problem (nullable) (transfer full) set to a sentence for the user on failure, else NULL;
+ *        free with g_free()
+ * @return TRUE on success; on failure nothing has changed
+ */
+gboolean media_index_import_user_data(const gchar *path, gchar **problem);
+
 PHONE_END_DECLS
 
 #endif

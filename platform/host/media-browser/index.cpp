@@ -10,6 +10,7 @@
 #include "media-browser/display.hpp"
 #include "media-browser/media-names.hpp"
 #include "media-browser/removed.hpp"
+#include "media-browser/user-data-file.hpp"
 #include "thumbnail/own-files.hpp"
 
 namespace phone::media {
@@ -201,6 +202,13 @@ bool Index::set_flag(gint32 id, int flag, bool on) {
 
 bool Index::set_nfid(gint32 id, gint64 nfid) {
   return change_user_data(id, [nfid](UserData::File &file) { file.nfid = nfid; });
+}
+
+bool Index::import_user_data(const std::string &path, std::string &problem) {
+  const std::scoped_lock lock(user_mutex_);
+  if (!media::import_user_data(user_data_, path, problem)) return false;
+  writer_->post([](Writer &writer) { writer.take_user_data(); });
+  return true;
 }
 
 void Index::note_removed(const std::string &path) {

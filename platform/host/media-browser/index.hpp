@@ -46,6 +46,8 @@ class Index : public std::enable_shared_from_this<Index> {
   /// Sets or clears kFavourite or kMarked. @return false when it could not be stored
   [[nodiscard]] bool set_flag(gint32 id, int flag, bool on);
   [[nodiscard]] bool set_nfid(gint32 id, gint64 nfid);
+  /// As phone::media::import_user_data(); the lists show it soon.
+  [[nodiscard]] bool import_user_data(const std::string &path, std::string &problem);
   /// Whether a path is where this index lists pictures.
   [[nodiscard]] bool covers(const std::string &path) const;
   /// A file has been removed; it is listed no more from now on.

@@ -4,8 +4,19 @@
 
 #include "check.hpp"
 #include "media-browser/index.hpp"
+#include "media-browser/user-data-file.hpp"
 
 using namespace phone::media;
+
+namespace {
+
+/// Hands the sentence of a failure to the caller.
+gboolean tell(const std::string &sentence, gchar **problem) {
+  if (problem != nullptr) *problem = g_strdup(sentence.c_str());
+  return FALSE;
+}
+
+}  // namespace
 
 gboolean media_index_start(const gchar *const *roots, gint n_roots, gchar **problem) {
   if (problem != nullptr) *problem = nullptr;
@@ -60,4 +71,30 @@ gint media_index_get_id_by_path(const gchar *path) {
   const auto index = Index::current();
   if (index == nullptr || path == nullptr) return 0;
   return index->reader().id_of_path(path);
+}
+
+gboolean media_index_export_user_data(const gchar *path, gchar **problem) {
+  if (problem != nullptr) *problem = nullptr;
+  PB_CHECK(path != nullptr, FALSE);
+  std::string sentence;
+  if (const auto index = Index::current()) {
+    return export_user_data(index->user_data(), path, sentence) ? TRUE : tell(sentence, problem);
+  }
+  const UserData data(sentence);
+  // What was set aside just now is not known any more: an earlier copy is worth more.
+  if (!sentence.empty()) return tell(sentence, problem);
+  return export_user_data(data, path, sentence) ? TRUE : tell(sentence, problem);
+}
+
+gboolean media_index_import_user_data(const gchar *path, gchar **problem) {
+  if (problem != nullptr) *problem = nullptr;
+  PB_CHECK(path != nullptr, FALSE);
+  std::string sentence;
+  if (const auto index = Index::current()) {
+    return index->import_user_data(path, sentence) ? TRUE : tell(sentence, problem);
+  }
+  std::string opening;
+  UserData data(opening);
+  if (import_user_data(data, path, sentence)) return TRUE;
+  return tell(opening.empty() ? sentence : opening, problem);
 }

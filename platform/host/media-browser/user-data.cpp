@@ -99,6 +99,15 @@ bool UserData::follow(const News &news) {
   });
 }
 
+bool UserData::add(const std::function<bool(const Database &)> &function) {
+  const std::scoped_lock lock(mutex_);
+  const bool kept = change_locked([&function](const Database &database) {
+    return function(database) && database.run(kCountUp) == SQLITE_OK;
+  });
+  if (kept) empty_ = false;
+  return kept;
+}
+
 void UserData::each(
     const std::function<void(std::string_view path, const File &file)> &visit) const {
   const std::scoped_lock lock(mutex_);

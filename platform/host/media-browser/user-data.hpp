@@ -53,6 +53,9 @@ class UserData {
     [[nodiscard]] bool empty() const { return changes.empty() && gone.empty() && folders.empty(); }
   };
   bool follow(const News &news);
+  /// Runs a function that adds to what is known, in a transaction that is kept when it returns
+  /// true. Those who have read before see that they have to read again.
+  [[nodiscard]] bool add(const std::function<bool(const Database &)> &function);
 
   /// Walks everything that is known of files that have not gone.
   void each(const std::function<void(std::string_view path, const File &file)> &visit) const;

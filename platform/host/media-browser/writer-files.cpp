@@ -145,6 +145,12 @@ void Writer::set_user_data(gint32 id, const UserData::File &known, gint64 genera
   ++changes_;
 }
 
+void Writer::take_user_data() {
+  follow_user_data();
+  commit();
+  Announcer::instance().announce(MEDIA_INDEX_ROWS_CHANGED);
+}
+
 void Writer::show_user_data(gint32 id, guint64 ticket) {
   commit();
   shared_.views.stored_marks(id, ticket);

@@ -55,6 +55,8 @@ class Writer {
   void lose_path(const std::string &path, gint32 id);
   /// @param generation of the user's data, of which the index then has everything
   void set_user_data(gint32 id, const UserData::File &known, gint64 generation);
+  /// Takes everything that has been said about files by others meanwhile, and shows it.
+  void take_user_data();
   /// Readers take from now on from the index what they were told ahead of it.
   void show_user_data(gint32 id, guint64 ticket);
   /// Between the two, changes are gathered into larger portions.
