@@ -11,9 +11,10 @@ namespace phone::media {
 
 namespace {
 
-constexpr std::array<std::string_view, 14> kPictures{"jpg",  "jpeg", "jpe",  "jfif", "png",
-                                                     "gif",  "bmp",  "webp", "tif",  "tiff",
-                                                     "heic", "heif", "hif",  "avif"};
+constexpr std::array<std::string_view, 26> kPictures{
+    "jpg",  "jpeg", "jpe",  "jfif", "png",  "gif", "bmp", "webp", "tif",
+    "tiff", "heic", "heif", "hif",  "avif", "svg", "dng", "cr2",  "cr3",
+    "nef",  "nrw",  "arw",  "orf",  "rw2",  "raf", "pef", "srw"};
 constexpr std::array<std::string_view, 14> kVideos{"mp4", "m4v",  "mov", "3gp", "3g2",
                                                    "mkv", "webm", "avi", "mpg", "mpeg",
                                                    "mts", "m2ts", "wmv", "ogv"};

@@ -50,8 +50,9 @@ Format format_by_brands(Bytes head) {
   switch (big32(head, 8)) {
     case box_type("M4A "):
     case box_type("M4B "):
-    case box_type("crx "):
       return Format::kUnknown;
+    case box_type("crx "):
+      return Format::kRaw;
     default:
       return Format::kVideo;
   }
@@ -86,11 +87,13 @@ Format format_of(Bytes head) {
   if (has_text(head, 0, "\x89PNG\r\n\x1a\n")) return Format::kPng;
   if (has_text(head, 0, "GIF87a") || has_text(head, 0, "GIF89a")) return Format::kGif;
   if (has_text(head, 0, "RIFF") && has_text(head, 8, "WEBP")) return Format::kWebp;
+  if (is_raw_by_start(head)) return Format::kRaw;
   if (has_text(head, 0, std::string_view("II*\0", 4)) ||
       has_text(head, 0, std::string_view("MM\0*", 4))) {
     return Format::kTiff;
   }
   if (is_bmp(head)) return Format::kBmp;
+  if (is_drawing(head)) return Format::kDrawing;
   if (has_text(head, 4, "ftyp")) return format_by_brands(head);
   const bool video = is_avi(head) || is_matroska(head) || is_old_quicktime(head);
   return video ? Format::kVideo : Format::kUnknown;
@@ -133,6 +136,12 @@ bool read_format(Source &source, Header &header) {
     case Format::kHeif:
     case Format::kAvif:
       read_heif(source, header);
+      return true;
+    case Format::kRaw:
+      read_raw(source, header);
+      return true;
+    case Format::kDrawing:
+      read_drawing(source.head(), header);
       return true;
     case Format::kVideo:
       return read_video(source, header);

@@ -10,7 +10,20 @@
 
 namespace phone::pictures {
 
-enum class Format { kUnknown, kJpeg, kPng, kGif, kBmp, kWebp, kTiff, kHeif, kAvif, kVideo };
+enum class Format {
+  kUnknown,
+  kJpeg,
+  kPng,
+  kGif,
+  kBmp,
+  kWebp,
+  kTiff,
+  kHeif,
+  kAvif,
+  kRaw,      ///< what a camera's sensor saw, with pictures for looking at beside it
+  kDrawing,  ///< SVG
+  kVideo,
+};
 
 /// The largest side and the largest area that anything here agrees to decode.
 inline constexpr int kMaxSide = 65535;

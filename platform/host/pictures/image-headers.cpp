@@ -13,8 +13,15 @@ std::optional<Header> picture_header(const char *path) {
   const Descriptor file(open_regular_file(path));
   if (!file) return std::nullopt;
   const auto header = read_header_of_file(file.get());
-  if (!header || header->refused || header->format == Format::kVideo) return std::nullopt;
-  return header;
+  if (!header || header->refused) return std::nullopt;
+  switch (header->format) {
+    case Format::kRaw:
+    case Format::kDrawing:  // a few bytes can ask for any amount of work
+    case Format::kVideo:
+      return std::nullopt;
+    default:
+      return header;
+  }
 }
 
 }  // namespace

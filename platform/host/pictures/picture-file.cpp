@@ -63,6 +63,10 @@ Result decode_picture(const OpenFile &file, const Wish &wish) {
 
   Worker::Answer answer = Pool::shared().decode(file.fd.get(), order_for(wish), wish.priority,
                                                 wish.time_limit, wish.cancellation);
+  if (answer.is_drawing) {
+    answer = Pool::shared().decode(file.fd.get(), order_for(wish), Priority::kDrawing,
+                                   wish.time_limit, wish.cancellation);
+  }
   if (answer.is_video) answer.result = decode_video(file.fd.get(), wish);
   if (is_lasting(answer.result.problem)) {
     Failures::shared().remember(identity, small, answer.result.problem);

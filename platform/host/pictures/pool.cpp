@@ -12,6 +12,8 @@ namespace {
 /// The picture in the viewer, and a call that cannot wait for it.
 constexpr int kInteractiveLimit = 2;
 constexpr int kBackgroundNice = 10;
+constexpr int kDrawingLimit = 1;
+constexpr int kDrawingNice = 5;
 
 /// Said once: without the decoder every picture fails alike.
 void report_missing_decoder() {
@@ -50,8 +52,10 @@ class Pool::Place {
 };
 
 Pool::Pool()
-    : background_{std::max(static_cast<int>(std::thread::hardware_concurrency()) - 1, 1)},
-      interactive_{kInteractiveLimit} {}
+    : background_{std::max(static_cast<int>(std::thread::hardware_concurrency()) - 1, 1),
+                  kBackgroundNice},
+      interactive_{kInteractiveLimit},
+      drawings_{kDrawingLimit, kDrawingNice, true} {}
 
 Pool &Pool::shared() {
   static Pool &pool = *new Pool;
@@ -59,6 +63,7 @@ Pool &Pool::shared() {
 }
 
 Pool::Crew &Pool::crew_for(Priority priority) {
+  if (priority == Priority::kDrawing) return drawings_;
   return priority == Priority::kBackground ? background_ : interactive_;
 }
 
@@ -90,10 +95,7 @@ Worker::Answer Pool::decode(int fd, const wire::Request &order, Priority priorit
   Worker::Answer answer{{Problem::kBusy, {}}};
   for (int i = 0; i < kTries; ++i) {
     std::unique_ptr<Worker> worker = take(crew);
-    if (!worker) {
-      const int nice = priority == Priority::kBackground ? kBackgroundNice : 0;
-      worker = Worker::start(nice, answer.result.problem);
-    }
+    if (!worker) worker = Worker::start(crew.nice, crew.drawings, answer.result.problem);
     if (!worker) break;
     answer = worker->decode(fd, order, limit, cancellation);
     give_back(crew, std::move(worker), generation);
@@ -107,11 +109,13 @@ void Pool::shutdown() {
   // Ended outside the lock.
   std::vector<std::unique_ptr<Worker>> ended;
   std::vector<std::unique_ptr<Worker>> ended_too;
+  std::vector<std::unique_ptr<Worker>> drawings_ended;
   {
     const std::scoped_lock lock(mutex_);
     ++generation_;
     ended.swap(background_.idle);
     ended_too.swap(interactive_.idle);
+    drawings_ended.swap(drawings_.idle);
   }
 }
 

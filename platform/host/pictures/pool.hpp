@@ -13,6 +13,7 @@ namespace phone::pictures {
 enum class Priority {
   kBackground,   ///< thumbnails in advance
   kInteractive,  ///< somebody looks at the screen and waits
+  kDrawing,      ///< drawings of either kind, in a process that has the fonts for them
 };
 
 /// Hands out decoder processes, started as they are needed: for background work as many as there
@@ -38,6 +39,8 @@ class Pool {
   /// The processes for one kind of work. Guarded by mutex_, but for the limit.
   struct Crew {
     const int limit;
+    const int nice = 0;
+    const bool drawings = false;
     int busy = 0;
     std::vector<std::unique_ptr<Worker>> idle;
   };
@@ -53,6 +56,7 @@ class Pool {
   std::condition_variable freed_;
   Crew background_;
   Crew interactive_;
+  Crew drawings_;
   unsigned generation_ = 0;  // guarded by mutex_
 };
 

@@ -28,6 +28,7 @@ enum class Status : std::uint32_t {
   kTooLarge,   ///< the size or the memory it would take
   kUnknown,    ///< not a format or coding that is decoded here
   kVideo,      ///< a video: a matter for another program
+  kDrawing,    ///< a drawing: a matter for a process that knows fonts
   kTransient,  ///< reading failed or a descriptor is missing: says nothing about the file
 };
 

@@ -108,6 +108,7 @@ Problem problem_of(wire::Status status) {
       return Problem::kTooLarge;
     case wire::Status::kUnknown:
     case wire::Status::kVideo:
+    case wire::Status::kDrawing:
       return Problem::kUnknown;
     case wire::Status::kTransient:
       return Problem::kBusy;
@@ -119,7 +120,7 @@ Problem problem_of(wire::Status status) {
 
 }  // namespace
 
-std::unique_ptr<Worker> Worker::start(int nice, Problem &problem) {
+std::unique_ptr<Worker> Worker::start(int nice, bool drawings, Problem &problem) {
   int ends[2];
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
     problem = Problem::kBusy;
@@ -127,7 +128,9 @@ std::unique_ptr<Worker> Worker::start(int nice, Problem &problem) {
   }
   Descriptor ours(ends[0]);
   const Descriptor theirs(ends[1]);
-  const pid_t child = start_decoder({}, {{theirs.get(), wire::kSocket}});
+  std::vector<std::string> arguments;
+  if (drawings) arguments.emplace_back("--drawings");
+  const pid_t child = start_decoder(arguments, {{theirs.get(), wire::kSocket}});
   if (child < 0) {
     problem = errno == EMFILE || errno == ENFILE || errno == EAGAIN || errno == ENOMEM
                   ? Problem::kBusy
@@ -203,6 +206,7 @@ Worker::Answer Worker::receive(const wire::Request &request) {
   }
   Answer answer{{problem_of(reply.status), {}, reply.thumbnail_mtime}};
   answer.is_video = reply.status == wire::Status::kVideo;
+  answer.is_drawing = reply.status == wire::Status::kDrawing;
   if (reply.status != wire::Status::kOk) return answer;
   if (!pixels) return {{Problem::kBusy, {}}};  // no descriptor left to take them with
   if (!is_sound(reply) || reply.width > request.width || reply.height > request.height) {

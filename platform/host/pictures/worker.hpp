@@ -14,9 +14,10 @@ namespace phone::pictures {
 /// Belongs to one thread at a time.
 class Worker {
  public:
-  /// Starts a process that gives way to others by so much as `nice` says, 0 to 19.
+  /// Starts a process that gives way to others by so much as `nice` says, 0 to 19, for drawings
+  /// or for everything else.
   /// @return nothing, with the reason in `problem`: kNoDecoder or kBusy
-  static std::unique_ptr<Worker> start(int nice, Problem &problem);
+  static std::unique_ptr<Worker> start(int nice, bool drawings, Problem &problem);
   /// Ends the process.
   ~Worker();
   Worker(const Worker &) = delete;
@@ -27,6 +28,8 @@ class Worker {
     Result result;
     /// The file is a video: not decoded here.
     bool is_video = false;
+    /// The file is a drawing: to be asked of a process for these.
+    bool is_drawing = false;
     /// The process ended by no fault of the file: worth another try with another worker.
     bool worth_another_try = false;
   };

@@ -48,6 +48,7 @@ TEST(CameraFolder, IsNamedDcimAnywhereInThePath) {
 TEST(KindByName, GoesByTheExtension) {
   EXPECT_EQ(kind_by_name("a.JPG"), kPicture);
   EXPECT_EQ(kind_by_name("a.b.heic"), kPicture);
+  EXPECT_EQ(kind_by_name("a.CR2"), kPicture);
   EXPECT_EQ(kind_by_name("a.mp4"), kVideo);
   EXPECT_EQ(kind_by_name("a.txt"), 0);
   EXPECT_EQ(kind_by_name("jpg"), 0);

@@ -82,7 +82,7 @@ TEST_F(DecodeFaults, CannotShowAFileOfAnotherKind) {
 TEST_F(DecodeFaults, CannotShowADrawingOfHugeSize) {
   const Bytes drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='99999' height='99999'/>";
 
-  EXPECT_EQ(decode_file(dir_.write("a.svg", drawing), 100, 100).problem, Problem::kUnknown);
+  EXPECT_EQ(decode_file(dir_.write("a.svg", drawing), 100, 100).problem, Problem::kTooLarge);
 }
 
 TEST_F(DecodeFaults, FindsTruncatedPngDamaged) {

@@ -81,6 +81,10 @@ Bytes webp_with_exif(GdkPixbuf *pixbuf, const Bytes &block);
 /// An uncompressed TIFF.
 Bytes tiff_of(const GdkPixbuf *pixbuf, int orientation, bool big_endian = false);
 
+/// A digital negative of a size: a preview in its first directory, the sensor's numbers below.
+Bytes dng_of(const Bytes &preview, int preview_width, int preview_height, int width, int height,
+             int orientation = 1);
+
 /// "heif" or "avif"; empty when this machine has no encoder for it. The turn that an orientation
 /// stands for is noted in the file, for its reader to make.
 Bytes heif_of(const GdkPixbuf *pixbuf, const char *kind, int orientation = 1,

@@ -28,6 +28,8 @@ std::vector<Bytes> seeds() {
           test::webp_with_exif(pixbuf.get(), exif),
           test::tiff_of(pixbuf.get(), 5),
           test::heif_of(pixbuf.get(), "heif", 6, exif),
+          test::dng_of(test::jpeg_start(0xc0, 16, 12), 16, 12, 8, 8, 6),
+          "<?xml version='1.0'?><svg width='30' height='20' viewBox='0 0 3 2'/>",
           test::mp4_of({.created_1904 = 3000000000,
                         .length = 1000,
                         .width = 64,

@@ -44,6 +44,14 @@ TEST_F(ParseFromFile, RefusesWhatIsNotSafeToDecode) {
   EXPECT_FALSE(parse(test::gif_start(0, 5)));
 }
 
+TEST_F(ParseFromFile, RefusesDrawings) {
+  EXPECT_FALSE(parse("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"));
+}
+
+TEST_F(ParseFromFile, RefusesRawFiles) {
+  EXPECT_FALSE(parse(test::dng_of(test::jpeg_start(0xc0, 160, 120), 160, 120, 640, 480)));
+}
+
 TEST_F(ParseFromFile, RefusesVideos) {
   EXPECT_FALSE(parse(test::mp4_of({.width = 64, .height = 48})));
 }

@@ -31,6 +31,8 @@ Decoded decode_format(int fd, const Header &header, Size wanted, bool preview) {
   if (header.format == Format::kHeif || header.format == Format::kAvif) {
     return decode_heif(fd, wanted);
   }
+  if (header.format == Format::kRaw) return decode_raw(fd, header, wanted);
+  if (header.format == Format::kDrawing) return decode_drawing(fd, wanted);
   if (header.format != Format::kJpeg) return decode_with_loader(fd, header);
   PixbufRef pixbuf;
   if (preview) pixbuf = decode_preview(fd, header, wanted);
@@ -73,8 +75,9 @@ Decoded decode(int fd, const Order &order) {
   if (!header) return {wire::Status::kUnknown, {}};
   if (header->refused) return {why_refused(*header), {}};
   if (header->format == Format::kVideo) return {wire::Status::kVideo, {}};
+  if (header->format == Format::kDrawing && !order.drawings) return {wire::Status::kDrawing, {}};
 
-  const int orientation = order.upright ? header->orientation : 1;
+  int orientation = order.upright ? header->orientation : 1;
   Size box = order.box;
   if (orientation > 4) std::swap(box.width, box.height);
   const Size promised{header->width, header->height};
@@ -84,11 +87,13 @@ Decoded decode(int fd, const Order &order) {
   }
   Decoded result = decode_format(fd, *header, wanted, order.preview);
   if (result.status != wire::Status::kOk) return result;
+  if (order.upright && result.orientation > 4) std::swap(box.width, box.height);
+  if (order.upright && result.orientation != 0) orientation = result.orientation;
 
   // What came out decides from here on. A preview or a reduced decode stands for the whole
   // picture; any other size is what the file really holds.
   const bool reduced = header->format == Format::kJpeg || header->format == Format::kHeif ||
-                       header->format == Format::kAvif;
+                       header->format == Format::kAvif || header->format == Format::kDrawing;
   const Size stored = reduced ? promised : size_of(result.pixbuf);
   PixbufRef pixbuf = scaled(result.pixbuf, fit(stored, box, order.enlarge));
   if (pixbuf) pixbuf = turned(pixbuf, orientation);

@@ -25,12 +25,16 @@ struct Order {
   bool enlarge = false;
   bool preview = false;
   bool opaque = false;
+  /// Drawings are decoded here.
+  bool drawings = false;
 };
 
 struct Decoded {
   wire::Status status = wire::Status::kDamaged;
   PixbufRef pixbuf;
   gint64 thumbnail_mtime = -1;
+  /// The orientation that a picture inside the file tells where the header tells none.
+  int orientation = 0;
 };
 
 /// Decodes an open file as ordered.
@@ -62,7 +66,17 @@ Decoded decode_heif(int fd, Size wanted);
 /// file's own orientation.
 Decoded decode_with_loader(int fd, const Header &header);
 
+/// Decodes the largest picture for looking at that a raw file holds; one made from the sensor's
+/// data would take seconds. In the file's own orientation.
+Decoded decode_raw(int fd, const Header &header, Size wanted);
+
+/// Paints an SVG drawing at a size.
+Decoded decode_drawing(int fd, Size wanted);
+
 /// Loads every loader that decode() may need, so that nothing has to be opened afterwards.
 void load_decoders();
+
+/// The same for drawings: their loader and the fonts, many times as large.
+void load_drawing_decoder();
 
 }  // namespace phone::pictures

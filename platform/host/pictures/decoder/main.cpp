@@ -1,5 +1,6 @@
 /// The decoder process: gets open files over a socket and answers with pixels.
 ///   photobrowser-decoder            started by the platform, its socket as descriptor 3
+///   photobrowser-decoder --drawings the same for drawings
 ///   photobrowser-decoder --video N  replaces itself by the program that takes a picture of at
 ///                                   most N pixels out of the video at descriptor 3, into 4
 ///   photobrowser-decoder --check    tries what the sandbox must refuse and says what happened
@@ -95,8 +96,9 @@ int seal_pixels(GdkPixbuf *pixbuf) {
   return -1;
 }
 
-Order order_of(const wire::Request &request) {
+Order order_of(const wire::Request &request, bool drawings) {
   Order order;
+  order.drawings = drawings;
   order.box = {request.width, request.height};
   order.upright = (request.flags & wire::kUpright) != 0;
   order.enlarge = (request.flags & wire::kEnlarge) != 0;
@@ -105,14 +107,14 @@ Order order_of(const wire::Request &request) {
   return order;
 }
 
-bool answer(const wire::Request &request, int file) {
+bool answer(const wire::Request &request, int file, bool drawings) {
   wire::Reply reply;
   reply.id = request.id;
   if (file < 0 || request.width <= 0 || request.height <= 0) {
     reply.status = wire::Status::kTransient;
     return send(reply, -1);
   }
-  const Decoded decoded = decode(file, order_of(request));
+  const Decoded decoded = decode(file, order_of(request, drawings));
   reply.status = decoded.status;
   if (decoded.status != wire::Status::kOk) return send(reply, -1);
 
@@ -139,10 +141,11 @@ GLogWriterOutput write_log(GLogLevelFlags level, const GLogField *fields, gsize 
   return g_log_writer_standard_streams(level, fields, count, nullptr);
 }
 
-int serve() {
+int serve(bool drawings) {
   std::set_new_handler(end_without_memory);
   g_log_set_writer_func(write_log, nullptr, nullptr);
   load_decoders();
+  if (drawings) load_drawing_decoder();
   if (!limit_resources() || !enter_sandbox()) return EXIT_FAILURE;
   for (;;) {
     wire::Request request;
@@ -150,7 +153,7 @@ int serve() {
     if (!receive(request, fd)) return EXIT_SUCCESS;
     const Descriptor file(fd);
     alarm(kForsakenSeconds);
-    const bool heard = answer(request, fd);
+    const bool heard = answer(request, fd, drawings);
     alarm(0);
     if (!heard) return EXIT_SUCCESS;
   }
@@ -173,5 +176,5 @@ int main(int argc, char **argv) {
   if (mode == "--video" && argc == 3) _exit(become_video_program(argv[2]));
   if (mode == "--check") _exit(check_sandbox());
   // Nothing is to run after the last request: not even what a library left for the exit.
-  _exit(serve());
+  _exit(serve(mode == "--drawings"));
 }

@@ -14,9 +14,19 @@ void read_png(Source &source, Header &header);
 void read_gif(Source &source, Header &header);
 void read_bmp(Source &source, Header &header);
 void read_webp(Source &source, Header &header);
+/// Many raw formats are TIFF files: these become Format::kRaw.
 void read_tiff(Source &source, Header &header);
+/// The size that a TIFF structure tells, `length` bytes at `base` of the file, and its EXIF data.
+void read_tiff_at(Source &source, std::uint64_t base, std::uint64_t length, Header &header);
 /// HEIF and AVIF still pictures.
 void read_heif(Source &source, Header &header);
+/// Whether a file begins like one of the raw formats that are not plain TIFF files.
+bool is_raw_by_start(Bytes head);
+void read_raw(Source &source, Header &header);
+/// Whether a text begins like an SVG drawing.
+bool is_drawing(Bytes head);
+/// Reads the natural size of a drawing in pixels.
+void read_drawing(Bytes head, Header &header);
 /// MP4 and QuickTime. @return false when the file holds tracks but no pictures
 bool read_mp4(Source &source, Header &header);
 

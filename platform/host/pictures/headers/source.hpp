@@ -19,6 +19,12 @@ class Source {
  public:
   explicit Source(Bytes head, int fd = -1) : head_(head), fd_(fd) {}
 
+  /// The same file as if it began at `base`: for a file within a file.
+  [[nodiscard]] Source from(std::uint64_t base) const;
+
+  /// The bytes that are in memory.
+  [[nodiscard]] Bytes head() const { return head_; }
+
   /// `size` bytes at `offset`, valid until the next call; empty when the file ends before, the
   /// piece is larger than kLargestPiece or too much has been read already.
   Bytes at(std::uint64_t offset, std::size_t size);
@@ -30,6 +36,7 @@ class Source {
 
   Bytes head_;
   int fd_;
+  std::uint64_t base_ = 0;
   int reads_ = 0;
   std::array<std::byte, kLargestPiece> piece_{};
   std::uint64_t piece_offset_ = 0;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <optional>
@@ -10,14 +11,21 @@ namespace {
 constexpr int kMostEntries = 512;
 
 enum Tag : unsigned {
+  kPanasonicWidth = 0x0002,
+  kPanasonicHeight = 0x0003,
+  kNewSubfileType = 0x00fe,
   kWidth = 0x0100,
   kHeight = 0x0101,
+  kCompression = 0x0103,
+  kMake = 0x010f,
   kOrientation = 0x0112,
   kDateTime = 0x0132,
+  kSubDirectories = 0x014a,
   kPreviewOffset = 0x0201,
   kPreviewLength = 0x0202,
   kExifDirectory = 0x8769,
   kGpsDirectory = 0x8825,
+  kDngVersion = 0xc612,
   kDateTimeOriginal = 0x9003,
   kDateTimeDigitized = 0x9004,
   kOffsetTime = 0x9010,
@@ -200,7 +208,51 @@ void read_preview(const Tiff &tiff, std::uint32_t directory, Header &header) {
 struct MainDirectory {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
+  std::uint32_t compression = 0;
+  std::uint32_t directories = 0;  ///< where their positions are, or the position of the only one
+  std::uint32_t directories_count = 0;
+  bool has_make = false;
+  bool is_dng = false;
+  bool is_reduced = false;
+
+  /// A picture of a sensor: codings that only cameras use, or a small picture first and the real
+  /// one in a directory below.
+  [[nodiscard]] bool is_raw() const {
+    const bool odd_coding = compression == 65535 || compression == 34713 || compression == 32767 ||
+                            compression == 32769 || compression == 32770;
+    return is_dng || (has_make && (odd_coding || (is_reduced && directories != 0)));
+  }
 };
+
+/// 42, and what two makers of cameras write instead.
+bool is_version(std::uint32_t version) {
+  return version == 42 || version == 0x4f52 || version == 0x5352 || version == 0x55;
+}
+
+/// The largest of the pictures in the directories below: the other ones are for looking at.
+void read_directories_below(const Tiff &tiff, MainDirectory &main) {
+  constexpr std::uint32_t kMostDirectories = 8;
+  const std::uint32_t count = std::min(main.directories_count, kMostDirectories);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    std::uint32_t directory = main.directories;
+    if (main.directories_count > 1) {
+      const Bytes position = tiff.at(main.directories + 4ull * i, 4);
+      if (position.empty()) return;
+      directory = tiff.u32(position, 0);
+    }
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    walk(tiff, directory, [&](const Entry &entry) {
+      if (entry.tag == kWidth) width = entry.number.value_or(0);
+      if (entry.tag == kHeight) height = entry.number.value_or(0);
+    });
+    if (static_cast<std::uint64_t>(width) * height >
+        static_cast<std::uint64_t>(main.width) * main.height) {
+      main.width = width;
+      main.height = height;
+    }
+  }
+}
 
 /// @return nothing when the bytes are no TIFF structure
 std::optional<MainDirectory> read_structure(Tiff tiff, bool with_preview, Header &header) {
@@ -208,7 +260,8 @@ std::optional<MainDirectory> read_structure(Tiff tiff, bool with_preview, Header
   if (start.empty()) return std::nullopt;
   tiff.big_endian = has_text(start, 0, "MM");
   if (!tiff.big_endian && !has_text(start, 0, "II")) return std::nullopt;
-  if (tiff.u16(start, 2) != 42) return std::nullopt;
+  const std::uint32_t version = tiff.u16(start, 2);
+  if (!is_version(version)) return std::nullopt;
 
   header.has_exif = true;
   MainDirectory main;
@@ -219,6 +272,16 @@ std::optional<MainDirectory> read_structure(Tiff tiff, bool with_preview, Header
     const std::uint32_t number = entry.number.value_or(0);
     if (entry.tag == kWidth) main.width = number;
     if (entry.tag == kHeight) main.height = number;
+    if (entry.tag == kPanasonicWidth && version == 0x55) main.width = number;
+    if (entry.tag == kPanasonicHeight && version == 0x55) main.height = number;
+    if (entry.tag == kCompression) main.compression = number;
+    if (entry.tag == kMake) main.has_make = true;
+    if (entry.tag == kDngVersion) main.is_dng = true;
+    if (entry.tag == kNewSubfileType) main.is_reduced = (number & 1) != 0;
+    if (entry.tag == kSubDirectories) {
+      main.directories = entry.offset;
+      main.directories_count = entry.count;
+    }
     if (entry.tag == kOrientation && number >= 1 && number <= 8) {
       header.orientation = static_cast<int>(number);
       header.has_orientation = true;
@@ -229,6 +292,7 @@ std::optional<MainDirectory> read_structure(Tiff tiff, bool with_preview, Header
   });
   if (exif != 0) read_exif_directory(tiff, exif, dates);
   if (gps != 0) header.has_gps = has_position(tiff, gps);
+  if (main.is_raw()) read_directories_below(tiff, main);
   if (with_preview && next != 0) read_preview(tiff, next, header);
   dates.store(header);
   return main;
@@ -241,10 +305,16 @@ void read_exif(Source &source, std::uint64_t base, std::uint64_t length, bool wi
   read_structure(Tiff{source, base, length}, with_preview, header);
 }
 
+void read_tiff_at(Source &source, std::uint64_t base, std::uint64_t length, Header &header) {
+  const auto main = read_structure(Tiff{source, base, length}, false, header);
+  if (!main) return;
+  if (main->is_raw()) header.format = Format::kRaw;
+  set_size(header, main->width, main->height);
+}
+
 void read_tiff(Source &source, Header &header) {
   constexpr std::uint64_t kWholeFile = 0xffffffff;
-  const auto main = read_structure(Tiff{source, 0, kWholeFile}, false, header);
-  if (main) set_size(header, main->width, main->height);
+  read_tiff_at(source, 0, kWholeFile, header);
 }
 
 }  // namespace phone::pictures
