@@ -10,4 +10,8 @@ namespace phone::settings {
 /// "%d.%m.%y" uses. Nothing for a pattern without a day, a month and a year.
 std::optional<int> date_format(std::string_view pattern);
 
+/// The form of dates that the user chose in GConf ("/apps/photobrowser/date_format", 0 to 3), else
+/// that of the locale. Main loop only.
+std::optional<int> date_format();
+
 }  // namespace phone::settings
