@@ -7,6 +7,8 @@
 #include <memory>
 #include <new>
 
+#include "album-cell.hpp"
+
 struct GalleryCell {
   GtkCellRenderer parent;
 };
@@ -108,7 +110,11 @@ static void gallery_cell_render(GtkCellRenderer *cell, GdkDrawable *window, GtkW
   PbItem *item = item_of(cell);
   if (!albums) fill_tile(window, place, exposed);
   if (item == nullptr) return;
-  if (item->is_cluster == 0) place = area_of_picture(item, place);
+  if (item->is_cluster != 0) {
+    gallery::draw_album(window, widget, private_of(cell).renderer.get(), item, place, exposed);
+    return;
+  }
+  place = area_of_picture(item, place);
   gtk_cell_renderer_render(private_of(cell).renderer.get(), window, widget, background, &place,
                            exposed, flags);
 }

@@ -98,12 +98,11 @@ void Grid::show(PbItemList *list, const Place &place, const FindRow &find) {
   set_cursor(row >= 0 ? row : std::clamp(old_cursor, 0, length - 1));
   // The cursor may be out of view: what was in view counts.
   const int first = place.first_id != 0 ? find(place.first_id) : 0;
-  if (first < 0) return;
-  phone_icon_view_scroll_to_row(PHONE_ICON_VIEW(view_.get()), first, 0);
-  if (first == 0) {
-    scroll_to(0);
-  } else {
+  if (first > 0) {
+    phone_icon_view_scroll_to_row(PHONE_ICON_VIEW(view_.get()), first, 0);
     scroll_to(gtk_adjustment_get_value(adjustment()) + place.offset);
+  } else if (first == 0) {
+    scroll_to(0);
   }
 }
 

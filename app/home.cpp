@@ -123,6 +123,8 @@ void Home::say_why_empty() {
     page().empty_page().say(trouble, "");
   } else if (looking_) {
     page().empty_page().say(text(Text::kLookingForPictures), "");
+  } else if (!problem_.empty()) {
+    page().empty_page().say(problem_, "");
   } else {
     page().empty_page().say(text(albums_shown_ ? Text::kNoAlbums : Text::kNoPictures),
                             fill(Text::kNoPicturesHint, {{"folder", navigator_.places()}}));
@@ -131,6 +133,7 @@ void Home::say_why_empty() {
 
 void Home::update_status(const MediaIndexProgress &progress) {
   looking_ = progress.running != FALSE;
+  problem_ = progress.problems > 0 ? one_line(progress.problem) : "";
   status_.update(progress, navigator_.places());
   say_why_empty();
 }

@@ -43,6 +43,7 @@ class Home : public Screen {
   bool albums_shown_ = false;
   bool open_ = false;
   bool looking_ = false;
+  std::string problem_;  ///< the latest of the index; "" for none
 };
 
 }  // namespace gallery

@@ -28,7 +28,7 @@ constexpr int kFullScreenIcon = 907;
 constexpr int kWidth = 480;
 constexpr int kHeight = 800;
 constexpr int kSmallest = 240;
-constexpr int kTitleHeight = 46;
+constexpr int kTitleHeight = 52;
 /// While pictures pour in, the list is built again this often.
 constexpr gint64 kRefreshUs = G_USEC_PER_SEC;
 

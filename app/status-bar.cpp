@@ -9,12 +9,6 @@ namespace {
 constexpr int kPadding = 8;
 constexpr int kBesideSentence = 72;
 
-/// 12,345 as the user's language writes it.
-std::string grouped(guint64 number) {
-  const pb::StringPtr text(g_strdup_printf("%'" G_GUINT64_FORMAT, number));
-  return text.get();
-}
-
 /// A path of many hundred letters must not push the pictures out of the window.
 std::string shortened(const std::string &sentence) {
   constexpr glong kMost = 150;

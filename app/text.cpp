@@ -52,6 +52,11 @@ std::string fill(Text id,
   return result;
 }
 
+std::string grouped(guint64 number) {
+  const pb::StringPtr digits(g_strdup_printf("%'" G_GUINT64_FORMAT, number));
+  return digits.get();
+}
+
 std::string one_line(std::string_view bytes) {
   const pb::StringPtr valid(g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size())));
   std::string line;

@@ -1,6 +1,8 @@
 /// What the gallery says, in the language of the user.
 #pragma once
 
+#include <glib.h>
+
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -44,6 +46,9 @@ const std::string &text(Text id);
 /// The text with each "{name}" replaced by its value; what a value contains is not looked at.
 std::string fill(Text id,
                  std::initializer_list<std::pair<std::string_view, std::string_view>> values);
+
+/// 12,345 as the user's language writes it.
+std::string grouped(guint64 number);
 
 /// A file name as one line of valid UTF-8: names on the disk are bytes.
 std::string one_line(std::string_view bytes);

@@ -7,8 +7,7 @@
 namespace gallery {
 namespace {
 
-/// A text that fits keeps its own width: a label that is wider than its only line draws it at
-/// its left edge, whatever the alignment.
+/// @return the width to wrap at; -1 when the text fits
 int width_for(GtkWidget *label, int available) {
   const auto layout = pb::Ref<PangoLayout>::adopt(
       gtk_widget_create_pango_layout(label, gtk_label_get_text(GTK_LABEL(label))));
@@ -22,6 +21,8 @@ void fit_label(GtkWidget *label, GtkWidget *container) {
   GtkAllocation allocation;
   gtk_widget_get_allocation(container, &allocation);
   const int width = width_for(label, MAX(1, allocation.width - beside));
+  // A label that may wrap does so at a width of its own choice, also where a line would fit.
+  gtk_label_set_line_wrap(GTK_LABEL(label), width >= 0);
   int before = 0;
   gtk_widget_get_size_request(label, &before, nullptr);
   if (before != width) gtk_widget_set_size_request(label, width, -1);

@@ -42,6 +42,23 @@ TEST_F(Albums, ShowACoverEach) {
   EXPECT_EQ(red->bottom - red->top, 107);
 }
 
+TEST_F(Albums, ShowAsMuchOfALongNameAsTheirCellHolds) {
+  add_picture("A walk along the river/red.png", kRed);
+  start();
+  ASSERT_TRUE(find(kRed));
+  press("ctrl+2");
+  ASSERT_TRUE(has_title("Albums"));
+  settle();
+
+  const auto cover = find(kRed);
+
+  ASSERT_TRUE(cover);
+  const GdkRectangle caption{0, cover->bottom + 8, 160, 40};
+  const auto white = look_within(caption, {255, 255, 255});
+  EXPECT_GT(white.right - white.left, 125);
+  EXPECT_LT(white.right, 154);
+}
+
 TEST_F(Albums, OpenWithReturn) {
   open_albums();
 

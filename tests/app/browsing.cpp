@@ -15,7 +15,8 @@
 namespace gallery_test {
 namespace {
 
-constexpr int kTolerance = 14;          // thumbnails are JPEG files
+constexpr int kTolerance = 14;  // thumbnails are JPEG files
+constexpr GdkRectangle kScreen{0, 0, 480, 800};
 constexpr time_t kNewest = 1767268800;  // 2026-01-01 12:00 UTC
 
 bool is_near(const guchar *pixel, support::Rgba colour) {
@@ -83,15 +84,15 @@ bool Browsing::has_title(const std::string &title) const {
   return has;
 }
 
-Patch Browsing::look_for(support::Rgba colour) const {
+Patch Browsing::look_within(const GdkRectangle &area, support::Rgba colour) const {
   const auto photograph = screen_.photograph();
   GdkPixbuf *picture = photograph.get();
   const int channels = gdk_pixbuf_get_n_channels(picture);
   const guchar *pixels = gdk_pixbuf_read_pixels(picture);
   const int stride = gdk_pixbuf_get_rowstride(picture);
   Patch patch{gdk_pixbuf_get_width(picture), gdk_pixbuf_get_height(picture), -1, -1, 0};
-  for (int y = 0; y < gdk_pixbuf_get_height(picture); ++y) {
-    for (int x = 0; x < gdk_pixbuf_get_width(picture); ++x) {
+  for (int y = area.y; y < area.y + area.height; ++y) {
+    for (int x = area.x; x < area.x + area.width; ++x) {
       if (!is_near(pixels + static_cast<std::ptrdiff_t>(y) * stride + x * channels, colour))
         continue;
       patch = {std::min(patch.left, x), std::min(patch.top, y), std::max(patch.right, x),
@@ -104,7 +105,7 @@ Patch Browsing::look_for(support::Rgba colour) const {
 std::optional<Patch> Browsing::find(support::Rgba colour, int pixels) const {
   Patch patch{};
   const bool found = eventually([&] {
-    patch = look_for(colour);
+    patch = look_within(kScreen, colour);
     return patch.pixels >= pixels;
   });
   if (!found) return std::nullopt;
@@ -112,7 +113,7 @@ std::optional<Patch> Browsing::find(support::Rgba colour, int pixels) const {
 }
 
 bool Browsing::is_gone(support::Rgba colour) const {
-  return eventually([&] { return look_for(colour).pixels < 50; });
+  return eventually([&] { return look_within(kScreen, colour).pixels < 50; });
 }
 
 }  // namespace gallery_test

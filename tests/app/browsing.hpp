@@ -1,6 +1,7 @@
 /// A gallery over a small library of plain colours, and what a person sees of it.
 #pragma once
 
+#include <gdk/gdk.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -49,6 +50,8 @@ class Browsing : public testing::Test {
   [[nodiscard]] std::string title() const { return screen_.title(); }
   /// Waits until a colour takes at least this many pixels, and tells where it is.
   [[nodiscard]] std::optional<Patch> find(support::Rgba colour, int pixels = 2000) const;
+  /// Where a colour is within an area at this moment.
+  [[nodiscard]] Patch look_within(const GdkRectangle &area, support::Rgba colour) const;
   /// Waits until a colour is nowhere.
   [[nodiscard]] bool is_gone(support::Rgba colour) const;
   /// Waits until the screen has not changed for a while.
@@ -60,7 +63,6 @@ class Browsing : public testing::Test {
   std::unique_ptr<Program> program_;
 
  private:
-  [[nodiscard]] Patch look_for(support::Rgba colour) const;
   void make_older(const std::string &path);
 
   int files_ = 0;

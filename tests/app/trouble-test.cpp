@@ -102,6 +102,65 @@ TEST_F(Trouble, APictureThatClaimsAHugeSizeIsPassedLikeAnyOther) {
   EXPECT_TRUE(has_title("green.png"));
 }
 
+TEST_F(Trouble, AnEmptyFileIsPassedLikeAnyOther) {
+  add_picture("red.png", kRed);
+  add_file("empty.jpg", "");
+  add_picture("green.png", kGreen);
+  start();
+  ASSERT_TRUE(find(kGreen));
+  press("Return");
+  ASSERT_TRUE(has_title("red.png"));
+
+  press("Right");
+  ASSERT_TRUE(has_title("empty.jpg"));
+  ASSERT_TRUE(find(kDrawingGrey, 100));
+  press("Right");
+
+  EXPECT_TRUE(has_title("green.png"));
+}
+
+TEST_F(Trouble, APictureThatIsCutOffIsPassedLikeAnyOther) {
+  const std::string whole = add_picture("red.png", kRed);
+  const std::string bytes = support::read_file(whole);
+  add_file("cut.png", bytes.substr(0, bytes.size() / 2));
+  add_picture("green.png", kGreen);
+  start();
+  ASSERT_TRUE(find(kGreen));
+  press("Return");
+  ASSERT_TRUE(has_title("red.png"));
+
+  press("Right");
+  ASSERT_TRUE(has_title("cut.png"));
+  settle();
+  press("Right");
+
+  EXPECT_TRUE(has_title("green.png"));
+  EXPECT_THAT(stop(), IsEmpty());
+}
+
+TEST_F(Trouble, FilesThatCannotBeShownStayAsTheyAre) {
+  const std::string whole = add_picture("red.png", kRed);
+  const std::string bytes = support::read_file(whole);
+  const std::string cut = add_file("cut.png", bytes.substr(0, bytes.size() / 2));
+  const std::string empty = add_file("empty.jpg", "");
+  start();
+  ASSERT_TRUE(find(kRed));
+  press("Return");
+  ASSERT_TRUE(has_title("red.png"));
+
+  press("Right");
+  ASSERT_TRUE(has_title("cut.png"));
+  settle();
+  press("Right");
+  ASSERT_TRUE(has_title("empty.jpg"));
+  settle();
+  stop();
+
+  EXPECT_EQ(support::read_file(whole), bytes);
+  EXPECT_EQ(support::read_file(cut), bytes.substr(0, bytes.size() / 2));
+  EXPECT_EQ(support::read_file(empty), "");
+}
+
 TEST_F(Trouble, ALinkThatLeadsInACircleDoesNoHarm) {
   add_picture("red.png", kRed);
   ASSERT_EQ(symlink(library_.path().c_str(), library_.path("again").c_str()), 0);

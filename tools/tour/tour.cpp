@@ -21,12 +21,21 @@
 
 namespace {
 
+enum class Wait { kForRest, kNot };
+
 struct Step {
   const char *name;
   const char *sentence;
   /// Text that the window's title must contain afterwards; "" for any.
   const char *title;
   std::function<void(const tour::Screen &)> act;
+  Wait wait = Wait::kForRest;
+};
+
+/// A start of the gallery and what is looked at until it ends.
+struct Chapter {
+  std::string place;
+  std::vector<Step> steps;
 };
 
 struct Result {
@@ -48,8 +57,12 @@ void keys(const tour::Screen &screen, std::initializer_list<const char *> names)
   }
 }
 
-std::vector<Step> steps() {
+void nothing(const tour::Screen & /*screen*/) {}
+
+std::vector<Step> walk() {
   return {
+      {"looking", "The grid can be used while the pictures are looked for.", "All pictures",
+       [](const tour::Screen &) { tour::pause(150); }, Wait::kNot},
       {"all-pictures", "All pictures, the newest first, three in a row.", "All pictures",
        [](const tour::Screen &) {}},
       {"scrolled", "A drag scrolls; the rows that come into view get their pictures.",
@@ -64,8 +77,14 @@ std::vector<Step> steps() {
        [](const tour::Screen &screen) {
          keys(screen, {"Right", "Right"});
        }},
+      {"viewer-full-screen", "F11 gives the picture the whole screen.", "",
+       [](const tour::Screen &screen) { keys(screen, {"F11"}); }},
       {"viewer-swipe", "A swipe does the same.", "",
-       [](const tour::Screen &screen) { screen.drag(380, 400, 100, 400); }},
+       [](const tour::Screen &screen) {
+         keys(screen, {"F11"});
+         tour::pause(600);
+         screen.drag(380, 400, 100, 400);
+       }},
       {"back", "Escape goes back to where the viewer left the list.", "All pictures",
        [](const tour::Screen &screen) { keys(screen, {"Escape"}); }},
       {"albums", "Albums with cover, name and number of files.", "Albums",
@@ -83,6 +102,18 @@ std::vector<Step> steps() {
          keys(screen, {"Escape"});
        }},
   };
+}
+
+std::vector<Chapter> chapters(const std::string &pictures, const std::string &folder) {
+  return {
+      {pictures, walk()},
+      {folder,
+       {{"empty", "A folder without pictures says so, and what to do.", "All pictures", nothing},
+        {"empty-albums", "There are no albums either.", "Albums",
+         [](const tour::Screen &screen) { keys(screen, {"ctrl+2"}); }}}},
+      {"/pictures/that are not there",
+       {{"no-folder", "A folder that cannot be read is named with the reason.", "All pictures",
+         nothing}}}};
 }
 
 std::string escaped(const std::string &text) {
@@ -106,7 +137,7 @@ Result take(const tour::Screen &screen, const Step &step, int number, const std:
   Result result;
   result.name = step.name;
   result.sentence = step.sentence;
-  result.settled_ms = screen.settle(kQuietMs, kTimeoutMs);
+  result.settled_ms = step.wait == Wait::kNot ? 0 : screen.settle(kQuietMs, kTimeoutMs);
   if (result.settled_ms < 0) result.problem = "The screen did not come to rest.";
   result.title = screen.title();
   if (result.title.find(step.title) == std::string::npos) {
@@ -176,6 +207,39 @@ std::string leave(const tour::Screen &screen, GPid gallery) {
   return "The gallery did not end by itself.";
 }
 
+struct Places {
+  const char *start;
+  const char *build;
+  const char *out;
+};
+
+/// @return milliseconds from the start to the first window; -1 when there was none, or when the
+///         gallery did not end as it should
+int read_chapter(const Chapter &chapter, const Places &places, std::vector<Result> &results) {
+  tour::Screen screen;
+  const gint64 begun = g_get_monotonic_time();
+  const GPid gallery = start_gallery(places.start, places.build, chapter.place.c_str());
+  if (gallery == 0) return -1;
+  if (!screen.wait_for_window(kTimeoutMs)) {
+    std::fprintf(stderr, "The gallery shows no window.\n");
+    kill(gallery, SIGTERM);
+    waitpid(gallery, nullptr, 0);
+    return -1;
+  }
+  const int window_ms = static_cast<int>((g_get_monotonic_time() - begun) / 1000);
+  for (const Step &step : chapter.steps) {
+    results.push_back(take(screen, step, static_cast<int>(results.size()) + 1, places.out));
+    const Result &result = results.back();
+    std::printf("%s  %5d ms  %s%s\n", result.file.c_str(), result.settled_ms,
+                result.sentence.c_str(),
+                result.problem.empty() ? "" : ("  PROBLEM: " + result.problem).c_str());
+  }
+  const std::string ending = leave(screen, gallery);
+  if (ending.empty()) return window_ms;
+  std::printf("PROBLEM: %s\n", ending.c_str());
+  return -1;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -184,31 +248,19 @@ int main(int argc, char **argv) {
     return 2;
   }
   const std::string folder = argv[4];
-  tour::Screen screen;
-  const gint64 begun = g_get_monotonic_time();
-  const GPid gallery = start_gallery(argv[1], argv[2], argv[3]);
-  if (gallery == 0) return 1;
-  if (!screen.wait_for_window(kTimeoutMs)) {
-    std::fprintf(stderr, "The gallery shows no window.\n");
-    kill(gallery, SIGTERM);
-    return 1;
-  }
-  const int first_window_ms = static_cast<int>((g_get_monotonic_time() - begun) / 1000);
-
+  const pb::StringPtr empty(g_dir_make_tmp("no-pictures-XXXXXX", nullptr));
+  if (!empty) return 1;
   std::vector<Result> results;
+  int first_window_ms = -1;
   int problems = 0;
-  for (const Step &step : steps()) {
-    results.push_back(take(screen, step, static_cast<int>(results.size()) + 1, folder));
-    const Result &result = results.back();
-    std::printf("%s  %5d ms  %s%s\n", result.file.c_str(), result.settled_ms,
-                result.sentence.c_str(),
-                result.problem.empty() ? "" : ("  PROBLEM: " + result.problem).c_str());
-    if (!result.problem.empty()) ++problems;
+  for (const Chapter &chapter : chapters(argv[3], empty.get())) {
+    const int window_ms = read_chapter(chapter, {argv[1], argv[2], folder.c_str()}, results);
+    if (first_window_ms < 0) first_window_ms = window_ms;
+    if (window_ms < 0) ++problems;
   }
-  const std::string ending = leave(screen, gallery);
-  if (!ending.empty()) {
-    std::printf("PROBLEM: %s\n", ending.c_str());
-    ++problems;
+  g_rmdir(empty.get());
+  for (const Result &result : results) {
+    if (!result.problem.empty()) ++problems;
   }
   write_report(folder, results, first_window_ms);
   std::printf("%zu screens, %d problems, first window after %d ms\n", results.size(), problems,
