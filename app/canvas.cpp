@@ -15,6 +15,8 @@ constexpr guint kFrameMs = 16;
 constexpr gint64 kGlideUs = 180000;
 /// A slide without a neighbour follows the finger by this part of its way.
 constexpr double kResistance = 0.25;
+constexpr double kWheelStep = 1.25;
+constexpr double kTapZoom = 2.5;
 
 }  // namespace
 
@@ -23,14 +25,15 @@ Canvas::Canvas(Hooks hooks)
   GtkWidget *area = area_.get();
   gtk_widget_set_name(area, "viewer-canvas");
   gtk_widget_set_can_focus(area, TRUE);
-  gtk_widget_add_events(area,
-                        GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_BUTTON1_MOTION_MASK);
+  gtk_widget_add_events(area, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK |
+                                  GDK_BUTTON1_MOTION_MASK | GDK_SCROLL_MASK);
   const GdkColor black{0, 0, 0, 0};
   gtk_widget_modify_bg(area, GTK_STATE_NORMAL, &black);
   g_signal_connect(area, "expose-event", G_CALLBACK(on_expose), this);
   g_signal_connect(area, "button-press-event", G_CALLBACK(on_press), this);
   g_signal_connect(area, "button-release-event", G_CALLBACK(on_release), this);
   g_signal_connect(area, "motion-notify-event", G_CALLBACK(on_motion), this);
+  g_signal_connect(area, "scroll-event", G_CALLBACK(on_scroll), this);
   g_signal_connect(area, "size-allocate", G_CALLBACK(on_resized), this);
 }
 
@@ -44,6 +47,7 @@ int Canvas::width() const {
 
 void Canvas::show(Slide current) {
   current_ = std::move(current);
+  update_sizes();
   gtk_widget_queue_draw(area_.get());
 }
 
@@ -82,6 +86,11 @@ void Canvas::draw(cairo_t *cairo) {
     paint_slide(cairo, area_.get(), sent_, slide, allocation.width, allocation.height);
     cairo_restore(cairo);
   };
+  if (zoom_.is_enlarged()) {
+    GdkPixbuf *picture = full_ ? full_.get() : current_.picture.get();
+    paint_enlarged(cairo, picture, zoom_.place(), allocation.width, allocation.height);
+    return;
+  }
   const double shift = std::round(shift_);
   paint_at(current_, shift);
   if (shift > 0 && previous_) paint_at(*previous_, shift - allocation.width);
@@ -99,12 +108,15 @@ gboolean Canvas::on_expose(GtkWidget *area, GdkEventExpose *event, gpointer self
 
 gboolean Canvas::on_press(GtkWidget *area, GdkEventButton *event, gpointer self) {
   auto *canvas = static_cast<Canvas *>(self);
-  if (event->button != 1 || event->type != GDK_BUTTON_PRESS) return FALSE;
+  if (event->button != 1) return FALSE;
+  if (event->type == GDK_2BUTTON_PRESS) canvas->tap_twice(event->x, event->y);
+  if (event->type != GDK_BUTTON_PRESS) return TRUE;
   gtk_widget_grab_focus(area);
   if (canvas->glide_.pending()) canvas->arrive();
   canvas->pressed_ = true;
   canvas->dragging_ = false;
   canvas->press_x_ = event->x;
+  canvas->press_y_ = event->y;
   canvas->press_time_ = event->time;
   return TRUE;
 }
@@ -113,8 +125,15 @@ gboolean Canvas::on_motion(GtkWidget *area, GdkEventMotion *event, gpointer self
   auto *canvas = static_cast<Canvas *>(self);
   if (!canvas->pressed_) return FALSE;
   const double way = event->x - canvas->press_x_;
-  if (!canvas->dragging_ && std::abs(way) < kDragStart) return TRUE;
+  const double aside = canvas->is_enlarged() ? event->y - canvas->press_y_ : 0;
+  if (!canvas->dragging_ && std::hypot(way, aside) < kDragStart) return TRUE;
   canvas->dragging_ = true;
+  if (canvas->is_enlarged()) {
+    canvas->move(way, event->y - canvas->press_y_);
+    canvas->press_x_ = event->x;
+    canvas->press_y_ = event->y;
+    return TRUE;
+  }
   const bool free = way > 0 ? canvas->previous_ != nullptr : canvas->next_ != nullptr;
   canvas->shift_ = free ? way : way * kResistance;
   gtk_widget_queue_draw(area);
@@ -125,7 +144,9 @@ gboolean Canvas::on_release(GtkWidget * /*area*/, GdkEventButton *event, gpointe
   auto *canvas = static_cast<Canvas *>(self);
   if (event->button != 1 || !canvas->pressed_) return FALSE;
   canvas->pressed_ = false;
-  if (canvas->dragging_) {
+  if (canvas->is_enlarged()) {
+    if (!canvas->dragging_) canvas->tap(canvas->width() / 2.0);
+  } else if (canvas->dragging_) {
     canvas->let_go(event->x, event->time);
   } else {
     canvas->tap(event->x);
@@ -139,9 +160,90 @@ void Canvas::tap(double x) {
     hooks_.step(-1);
   } else if (x >= width() - third) {
     hooks_.step(1);
-  } else {
-    hooks_.tapped();
+  } else if (!tap_.pending()) {
+    gint double_click_ms = 0;
+    g_object_get(gtk_widget_get_settings(area_.get()), "gtk-double-click-time", &double_click_ms,
+                 nullptr);
+    tap_ = pb::SourceId(
+        gdk_threads_add_timeout(static_cast<guint>(double_click_ms), on_tap_due, this));
   }
+}
+
+gboolean Canvas::on_tap_due(gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  canvas->tap_.forget();
+  canvas->hooks_.tapped();
+  return G_SOURCE_REMOVE;
+}
+
+/// At the sides a second tap goes one picture further.
+void Canvas::tap_twice(double x, double y) {
+  if (!tap_.pending()) return;
+  tap_.remove();
+  pressed_ = false;
+  if (is_enlarged()) {
+    zoom_to_fit();
+  } else {
+    zoom_about(kTapZoom, x, y);
+  }
+}
+
+gboolean Canvas::on_scroll(GtkWidget * /*area*/, GdkEventScroll *event, gpointer self) {
+  auto *canvas = static_cast<Canvas *>(self);
+  if (event->direction != GDK_SCROLL_UP && event->direction != GDK_SCROLL_DOWN) return FALSE;
+  const bool up = event->direction == GDK_SCROLL_UP;
+  canvas->zoom_about(up ? kWheelStep : 1 / kWheelStep, event->x, event->y);
+  return TRUE;
+}
+
+void Canvas::zoom_about(double factor, double x, double y) {
+  if (!current_.picture || current_.has_play_mark || dragging_ || shift_ != 0) return;
+  pixels_wanted_ = false;
+  update_sizes();
+  const bool was_enlarged = is_enlarged();
+  zoom_.by(factor, x, y);
+  if (is_enlarged() && !was_enlarged) hooks_.enlarged();
+  gtk_widget_queue_draw(area_.get());
+}
+
+void Canvas::zoom(double factor) {
+  GtkAllocation allocation;
+  gtk_widget_get_allocation(area_.get(), &allocation);
+  zoom_about(factor, allocation.width / 2.0, allocation.height / 2.0);
+}
+
+void Canvas::zoom_to_fit() {
+  pixels_wanted_ = false;
+  zoom_.reset();
+  gtk_widget_queue_draw(area_.get());
+}
+
+void Canvas::zoom_to_pixels() {
+  if (full_ && zoom_.place().width > 0) {
+    zoom(gdk_pixbuf_get_width(full_.get()) / zoom_.place().width);
+    return;
+  }
+  hooks_.enlarged();
+  pixels_wanted_ = true;
+}
+
+void Canvas::set_full(pb::Ref<GdkPixbuf> full) {
+  full_ = std::move(full);
+  if (!full_) zoom_to_fit();
+  if (full_ && pixels_wanted_) zoom_to_pixels();
+  gtk_widget_queue_draw(area_.get());
+}
+
+void Canvas::move(double dx, double dy) {
+  zoom_.move(dx, dy);
+  gtk_widget_queue_draw(area_.get());
+}
+
+void Canvas::update_sizes() {
+  GtkAllocation allocation;
+  gtk_widget_get_allocation(area_.get(), &allocation);
+  zoom_.set_sizes({static_cast<double>(allocation.width), static_cast<double>(allocation.height)},
+                  fitted_size(current_, allocation.width, allocation.height));
 }
 
 void Canvas::let_go(double x, guint32 time) {
@@ -183,6 +285,7 @@ void Canvas::arrive() {
 }
 
 void Canvas::on_resized(GtkWidget * /*area*/, GtkAllocation *allocation, gpointer self) {
+  static_cast<Canvas *>(self)->update_sizes();
   static_cast<Canvas *>(self)->hooks_.resized(allocation->width, allocation->height);
 }
 

@@ -16,6 +16,7 @@ class Canvas {
   struct Hooks {
     std::function<void(int step)> step;                  ///< -1 previous, 1 next
     std::function<void()> tapped;                        ///< in the middle
+    std::function<void()> enlarged;                      ///< all that the picture has is wanted
     std::function<void(int width, int height)> resized;  ///< the room for a picture has changed
   };
 
@@ -30,7 +31,20 @@ class Canvas {
   /// What appears at the sides while the slide is moved; NULL where there is nothing.
   void set_neighbours(std::unique_ptr<Slide> previous, std::unique_ptr<Slide> next);
 
+  /// All that the picture has, for when it is enlarged; NULL while it is not there.
+  void set_full(pb::Ref<GdkPixbuf> full);
+  /// Enlarges, or reduces with a factor below 1, about the middle of the window.
+  void zoom(double factor);
+  /// Shows a pixel of the picture as a pixel of the screen, or larger when it fits anyway.
+  void zoom_to_pixels();
+  void zoom_to_fit();
+  [[nodiscard]] bool is_enlarged() const { return zoom_.is_enlarged(); }
+  /// Moves an enlarged picture.
+  void move(double dx, double dy);
+
  private:
+  static gboolean on_scroll(GtkWidget *area, GdkEventScroll *event, gpointer self);
+  static gboolean on_tap_due(gpointer self);
   static gboolean on_expose(GtkWidget *area, GdkEventExpose *event, gpointer self);
   static gboolean on_press(GtkWidget *area, GdkEventButton *event, gpointer self);
   static gboolean on_release(GtkWidget *area, GdkEventButton *event, gpointer self);
@@ -41,6 +55,9 @@ class Canvas {
 
   void draw(cairo_t *cairo);
   void tap(double x);
+  void tap_twice(double x, double y);
+  void zoom_about(double factor, double x, double y);
+  void update_sizes();
   void let_go(double x, guint32 time);
   void glide_to(double goal);
   void arrive();
@@ -54,9 +71,15 @@ class Canvas {
   SentPictures sent_;
   pb::SourceId sending_;
 
+  Zoom zoom_;
+  pb::Ref<GdkPixbuf> full_;
+  bool pixels_wanted_ = false;  ///< as soon as the picture's size is known
+  pb::SourceId tap_;            ///< a tap that may be the first of two
+
   bool pressed_ = false;
   bool dragging_ = false;
   double press_x_ = 0;
+  double press_y_ = 0;
   guint32 press_time_ = 0;
   double shift_ = 0;  ///< pixels that the slide is away from its place
   double glide_from_ = 0;

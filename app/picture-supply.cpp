@@ -2,6 +2,8 @@
 
 #include <picture-loader.h>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -41,6 +43,26 @@ void PictureSupply::want(const std::string &current, const std::vector<std::stri
   load_next();
 }
 
+PictureSupply::Stamp PictureSupply::stamp_of(const std::string &path) {
+  constexpr gint64 kNanoseconds = 1000000000;
+  struct stat info {};
+  if (lstat(path.c_str(), &info) != 0) return {};
+  return {info.st_ino, info.st_size, info.st_mtim.tv_sec * kNanoseconds + info.st_mtim.tv_nsec};
+}
+
+bool PictureSupply::look_again() {
+  bool changed = false;
+  for (auto &[path, entry] : entries_) {
+    if (entry.request == 0 && !entry.fresh) continue;
+    if (stamp_of(path) == entry.stamp) continue;
+    picture_loader_cancel(std::exchange(entry.request, 0));
+    entry.fresh = false;
+    changed = true;
+  }
+  load_next();
+  return changed;
+}
+
 const PictureSupply::Picture *PictureSupply::find(const std::string &path) const {
   const auto found = entries_.find(path);
   return found != entries_.end() ? &found->second.picture : nullptr;
@@ -59,6 +81,7 @@ void PictureSupply::load_next() {
 }
 
 void PictureSupply::load(const std::string &path, Entry &entry) {
+  entry.stamp = stamp_of(path);
   entry.request = picture_loader_load(path.c_str(), width_, height_, on_loaded, this);
 }
 

@@ -3,6 +3,7 @@
 #include <pb-util-resource.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace gallery {
@@ -12,10 +13,7 @@ constexpr int kPlayMark = 105;
 constexpr int kTorn = 905;
 constexpr int kTextMargin = 24;
 
-struct Size {
-  double width;
-  double height;
-};
+using Size = Zoom::Size;
 
 /// A preview is as large as its picture will be: it fills the box when it was scaled down.
 double scale_for(const Slide &slide, Size picture, Size box) {
@@ -111,6 +109,33 @@ void SentPictures::keep_only(std::initializer_list<const Slide *> slides) {
       return slide != nullptr && slide->picture.get() == sent.picture.get();
     });
   });
+}
+
+Zoom::Size fitted_size(const Slide &slide, int width, int height) {
+  if (!slide.picture) return {};
+  const Size picture = size_of(slide.picture.get());
+  const double scale =
+      scale_for(slide, picture, {static_cast<double>(width), static_cast<double>(height)});
+  return {picture.width * scale, picture.height * scale};
+}
+
+void paint_enlarged(cairo_t *cairo, GdkPixbuf *picture, const Zoom::Place &place, int width,
+                    int height) {
+  const Size size = size_of(picture);
+  const int left = std::max(0, static_cast<int>(std::floor(place.x)));
+  const int top = std::max(0, static_cast<int>(std::floor(place.y)));
+  const int right = std::min(width, static_cast<int>(std::ceil(place.x + place.width)));
+  const int bottom = std::min(height, static_cast<int>(std::ceil(place.y + place.height)));
+  if (right <= left || bottom <= top) return;
+  // Only what is in the window is scaled, whatever the size of the picture.
+  const auto seen = pb::Ref<GdkPixbuf>::adopt(gdk_pixbuf_new(
+      GDK_COLORSPACE_RGB, gdk_pixbuf_get_has_alpha(picture), 8, right - left, bottom - top));
+  if (!seen) return;
+  gdk_pixbuf_scale(picture, seen.get(), 0, 0, right - left, bottom - top, place.x - left,
+                   place.y - top, place.width / size.width, place.height / size.height,
+                   GDK_INTERP_BILINEAR);
+  gdk_cairo_set_source_pixbuf(cairo, seen.get(), left, top);
+  cairo_paint(cairo);
 }
 
 void paint_slide(cairo_t *cairo, GtkWidget *widget, SentPictures &sent, const Slide &slide,

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "slide.hpp"
+#include "zoom.hpp"
 
 namespace gallery {
 
@@ -30,6 +31,13 @@ class SentPictures {
   };
   std::vector<Sent> sent_;
 };
+
+/// How large a slide's picture is when it fits into a box; nothing for a slide without one.
+Zoom::Size fitted_size(const Slide &slide, int width, int height);
+
+/// Draws an enlarged picture.
+void paint_enlarged(cairo_t *cairo, GdkPixbuf *picture, const Zoom::Place &place, int width,
+                    int height);
 
 /// Draws a slide into a box of the given size at the origin, in the middle of it.
 void paint_slide(cairo_t *cairo, GtkWidget *widget, SentPictures &sent, const Slide &slide,

@@ -4,6 +4,7 @@
 #include <main-window.h>
 #include <pb-app-common.h>
 #include <pb-view-manager.h>
+#include <picture-loader.h>
 
 #include <utility>
 #include <vector>
@@ -33,7 +34,7 @@ std::string path_of(const PbItem *item) {
 Viewer::Viewer(Navigator &navigator)
     : navigator_(navigator),
       supply_([this](const std::string &path) { picture_arrived(path); }),
-      canvas_({[this](int by) { step(by); }, [this] { tapped(); },
+      canvas_({[this](int by) { step(by); }, [this] { tapped(); }, [this] { load_full(); },
                [this](int width, int height) { supply_.set_box(width, height); }}),
       form_(pb::Ref<GtkWidget>::sink(gtk_form_new())) {
   gtk_widget_set_name(form_.get(), "viewer-form");
@@ -47,6 +48,7 @@ Viewer::Viewer(Navigator &navigator)
 
 Viewer::~Viewer() {
   *alive_ = false;
+  picture_loader_cancel(full_request_);
   g_signal_handlers_disconnect_by_data(previous_, this);
   g_signal_handlers_disconnect_by_data(next_, this);
   gtk_widget_destroy(form_.get());
@@ -87,7 +89,10 @@ void Viewer::update() {
   const Shown before =
       std::exchange(shown_, Shown{item != nullptr ? id_of(item) : 0, path_of(item), video});
   gone_ = false;
-  if (shown_ != before) no_player_ = false;
+  if (shown_ != before) {
+    no_player_ = false;
+    drop_full();
+  }
 
   name_ = display_name(shown_.path);
   pb_view_manager_set_title(name_.c_str());
@@ -99,8 +104,9 @@ void Viewer::update() {
 
 void Viewer::update_position(int row) {
   const int total = pb_item_list_get_length(pb_app_common_get_item_list());
-  const std::string position = fill(
-      Text::kPosition, {{"position", std::to_string(row + 1)}, {"total", std::to_string(total)}});
+  const std::string position =
+      fill(Text::kPosition, {{"position", grouped(static_cast<guint64>(row) + 1)},
+                             {"total", grouped(static_cast<guint64>(total))}});
   gtk_label_set_text(GTK_LABEL(position_), position.c_str());
   gtk_widget_set_sensitive(previous_, row > 0);
   gtk_widget_set_sensitive(next_, row + 1 < total);
@@ -204,6 +210,7 @@ void Viewer::rows_changed() {
   if (current_row() >= length && length > 0) pb_app_common_navigate_item_by_index(length - 1);
   const PbItem *item = item_at(list, current_row());
   if (item != nullptr && id_of(item) == shown_.id) {
+    if (supply_.look_again()) drop_full();
     update();
   } else {
     show_gone();
@@ -220,7 +227,81 @@ void Viewer::show_gone() {
                          neighbour_slide(list, current_row()));
 }
 
+/// Decoded once somebody looks closer, and bounded: a screen never shows more of it at a time.
+void Viewer::load_full() {
+  constexpr int kLargest = 4096;
+  if (full_request_ != 0 || shown_.video || gone_) return;
+  full_request_ =
+      picture_loader_load(shown_.path.c_str(), kLargest, kLargest, on_full_loaded, this);
+}
+
+void Viewer::drop_full() {
+  picture_loader_cancel(std::exchange(full_request_, 0));
+  canvas_.set_full({});
+}
+
+void Viewer::on_full_loaded(guint request, GdkPixbuf *pixbuf, const gchar * /*problem*/,
+                            gpointer self) {
+  auto *viewer = static_cast<Viewer *>(self);
+  if (request != viewer->full_request_) return;
+  viewer->full_request_ = 0;
+  // Without it the picture of the window stays, only less sharp.
+  if (pixbuf != nullptr) viewer->canvas_.set_full(pb::Ref<GdkPixbuf>::share(pixbuf));
+}
+
+bool Viewer::zoom_key(guint keyval) {
+  constexpr double kStep = 1.5;
+  switch (keyval) {
+    case GDK_KEY_plus:
+    case GDK_KEY_equal:
+    case GDK_KEY_KP_Add:
+      canvas_.zoom(kStep);
+      return true;
+    case GDK_KEY_minus:
+    case GDK_KEY_KP_Subtract:
+      canvas_.zoom(1 / kStep);
+      return true;
+    case GDK_KEY_0:
+    case GDK_KEY_KP_0:
+      canvas_.zoom_to_fit();
+      return true;
+    case GDK_KEY_1:
+    case GDK_KEY_KP_1:
+      canvas_.zoom_to_pixels();
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Arrows look around in an enlarged picture.
+bool Viewer::move_key(guint keyval) {
+  constexpr double kStep = 60;
+  if (!canvas_.is_enlarged()) return false;
+  switch (keyval) {
+    case GDK_KEY_Left:
+    case GDK_KEY_KP_Left:
+      canvas_.move(kStep, 0);
+      return true;
+    case GDK_KEY_Right:
+    case GDK_KEY_KP_Right:
+      canvas_.move(-kStep, 0);
+      return true;
+    case GDK_KEY_Up:
+    case GDK_KEY_KP_Up:
+      canvas_.move(0, kStep);
+      return true;
+    case GDK_KEY_Down:
+    case GDK_KEY_KP_Down:
+      canvas_.move(0, -kStep);
+      return true;
+    default:
+      return false;
+  }
+}
+
 bool Viewer::key(const GdkEventKey &event) {
+  if (zoom_key(event.keyval) || move_key(event.keyval)) return true;
   switch (event.keyval) {
     case GDK_KEY_Left:
     case GDK_KEY_KP_Left:
@@ -255,6 +336,10 @@ bool Viewer::key(const GdkEventKey &event) {
 void Viewer::full_screen_changed(bool full) { set_shown(bar_, !full); }
 
 bool Viewer::back() {
+  if (canvas_.is_enlarged()) {
+    canvas_.zoom_to_fit();
+    return true;
+  }
   if (!navigator_.is_full_screen()) return false;
   navigator_.set_full_screen(false);
   return true;

@@ -51,6 +51,11 @@ class Viewer : public Screen {
   void go_to(int row);
   void tapped();
   void play();
+  void load_full();
+  void drop_full();
+  static void on_full_loaded(guint request, GdkPixbuf *pixbuf, const gchar *problem, gpointer self);
+  bool zoom_key(guint keyval);
+  bool move_key(guint keyval);
   void picture_arrived(const std::string &path);
   [[nodiscard]] Slide slide_of(PbItem *item) const;
   [[nodiscard]] std::unique_ptr<Slide> neighbour_slide(PbItemList *list, int row) const;
@@ -64,6 +69,7 @@ class Viewer : public Screen {
   GtkWidget *previous_ = nullptr;
   GtkWidget *next_ = nullptr;
   Shown shown_;
+  guint full_request_ = 0;  ///< for all that the shown picture has; 0 when none is under way
   std::string name_;
   int direction_ = 1;  ///< the way that was gone last; what lies there is loaded first
   bool no_player_ = false;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/pixbufs.hpp"
+#include "support/temp-dir.hpp"
 
 using gallery::PictureSupply;
 using testing::ElementsAre;
@@ -209,4 +210,41 @@ TEST(SupplyThatEnds, GivesUpItsRequests) {
   }
 
   EXPECT_THAT(requested(), IsEmpty());
+}
+
+TEST_F(Supply, AsksAgainForAFileThatHasChanged) {
+  const support::TempDir folder;
+  const std::string path = folder.write("a.png", "first");
+  supply_.want(path, {});
+  answer_with_a_picture();
+  folder.write("a.png", "the second");
+
+  const bool changed = supply_.look_again();
+
+  EXPECT_TRUE(changed);
+  EXPECT_THAT(requested(), ElementsAre(path));
+  EXPECT_TRUE(has_picture(path));
+}
+
+TEST_F(Supply, AsksNotAgainForAFileThatIsTheSame) {
+  const support::TempDir folder;
+  const std::string path = folder.write("a.png", "first");
+  supply_.want(path, {});
+  answer_with_a_picture();
+
+  const bool changed = supply_.look_again();
+
+  EXPECT_FALSE(changed);
+  EXPECT_THAT(requested(), IsEmpty());
+}
+
+TEST_F(Supply, AsksAgainForAFileThatChangesWhileItIsLoaded) {
+  const support::TempDir folder;
+  const std::string path = folder.write("a.png", "first");
+  supply_.want(path, {});
+  folder.write("a.png", "the second");
+
+  supply_.look_again();
+
+  EXPECT_THAT(requested(), ElementsAre(path));
 }

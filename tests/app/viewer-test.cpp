@@ -8,6 +8,7 @@
 
 using gallery_test::eventually;
 using gallery_test::kGreen;
+using gallery_test::kPink;
 using gallery_test::kRed;
 using gallery_test::kYellow;
 
@@ -26,6 +27,16 @@ class Viewer : public gallery_test::Browsing {
     press("Return");
     ASSERT_TRUE(has_title("green.png"));
     ASSERT_TRUE(find(kGreen, 100000));
+  }
+
+  /// Rows of pixels before the ground at the right edge changes.
+  [[nodiscard]] int title_height() const {
+    const auto photograph = screen_.photograph();
+    const int stride = gdk_pixbuf_get_rowstride(photograph.get());
+    const guchar *edge = gdk_pixbuf_read_pixels(photograph.get()) + 476 * 3;
+    int row = 0;
+    while (row < 799 && edge[row * stride] == edge[0]) ++row;
+    return row;
   }
 };
 
@@ -167,6 +178,20 @@ TEST_F(Viewer, LeavesTheCursorOnTheLastPictureThatWasLookedAt) {
   EXPECT_TRUE(has_title("yellow.png"));
 }
 
+TEST_F(Viewer, LeavesTheTitleBarAsHighAsItWas) {
+  add_picture("red.png", kRed);
+  start();
+  ASSERT_TRUE(find(kRed));
+  settle();
+  const int before = title_height();
+
+  press("Return");
+  ASSERT_TRUE(find(kRed, 100000));
+  settle();
+
+  EXPECT_EQ(title_height(), before);
+}
+
 TEST_F(Viewer, TakesTheWholeScreenWithF11) {
   open_green();
   const auto before = find(kGreen, 100000);
@@ -250,15 +275,49 @@ TEST_F(Viewer, DoesNotEnlargeASmallPicture) {
   }));
 }
 
-TEST_F(Viewer, ShowsAnUnreadableNameAsText) {
-  add_picture("a\xff.png", kRed);
+TEST_F(Viewer, ShowsThePictureThatTookThePlaceOfTheOneInView) {
+  open_green();
+
+  support::save_picture(library_.path("green.png"), 600, 400, kPink);
+
+  EXPECT_TRUE(find(kPink, 100000));
+  EXPECT_EQ(title(), "green.png");
+}
+
+namespace {
+
+struct Name {
+  const char *what;
+  std::string bytes;
+  std::string title;
+};
+
+class Named : public gallery_test::Browsing, public testing::WithParamInterface<Name> {};
+
+}  // namespace
+
+TEST_P(Named, APictureIsListedAndShown) {
+  add_picture(GetParam().bytes, kRed);
   start();
   ASSERT_TRUE(find(kRed));
 
   press("Return");
 
-  EXPECT_TRUE(has_title("a\xef\xbf\xbd.png"));
+  EXPECT_TRUE(has_title(GetParam().title));
+  EXPECT_TRUE(find(kRed, 100000));
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Viewer, Named,
+    testing::Values(Name{"Spaces", " two  words .png", " two  words .png"},
+                    Name{"Quotes", "it's \"so\" `far`.png", "it's \"so\" `far`.png"},
+                    Name{"Shell", "$(touch x);&|*?.png", "$(touch x);&|*?.png"},
+                    Name{"Markup", "<b>&amp;%s.png", "<b>&amp;%s.png"},
+                    Name{"Newline", "two\nlines.png", "two\xef\xbf\xbdlines.png"},
+                    Name{"Bytes", "a\xff.png", "a\xef\xbf\xbd.png"},
+                    Name{"Longest", std::string(251, 'n') + ".png",
+                         std::string(251, 'n') + ".png"}),
+    [](const auto &named) { return std::string(named.param.what); });
 
 TEST_F(Viewer, HandsAVideoToTheSystemsPlayer) {
   const support::TempDir tools;
