@@ -17,6 +17,13 @@ bool is_plain(std::string_view text) {
   });
 }
 
+/// Texts without a language are English. The key file's own search does not know that: for a user
+/// who reads English before German it would find the German text first.
+bool is_english(std::string_view language) {
+  if (language == "C" || language == "POSIX" || language == "en") return true;
+  return language.starts_with("en_") || language.starts_with("en.") || language.starts_with("en@");
+}
+
 }  // namespace
 
 std::unique_ptr<StringFile> StringFile::parse(std::string_view text) {
@@ -37,14 +44,21 @@ bool StringFile::has(int id) const {
   return g_key_file_has_key(keys_.get(), kGroup, std::to_string(id).c_str(), nullptr);
 }
 
-std::optional<std::string> StringFile::get(int id) const {
-  const std::string key = std::to_string(id);
-  const pb::StringPtr value(
-      g_key_file_get_locale_string(keys_.get(), kGroup, key.c_str(), nullptr, nullptr));
+std::optional<std::string> StringFile::find(const std::string &key) const {
+  const pb::StringPtr value(g_key_file_get_string(keys_.get(), kGroup, key.c_str(), nullptr));
   if (!value) return std::nullopt;
   std::string text(value.get());
   if (text.size() > kMaxString || !is_plain(text)) return std::nullopt;
   return text;
+}
+
+std::optional<std::string> StringFile::get(int id) const {
+  const std::string key = std::to_string(id);
+  for (const gchar *const *language = g_get_language_names(); *language != nullptr; ++language) {
+    if (is_english(*language)) break;
+    if (auto text = find(key + "[" + *language + "]")) return text;
+  }
+  return find(key);
 }
 
 }  // namespace phone::resources

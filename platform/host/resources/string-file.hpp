@@ -28,10 +28,13 @@ class StringFile {
   /// Whether there is a text of this number, be it fit to be shown or not.
   [[nodiscard]] bool has(int id) const;
 
+  /// In the first of the user's languages that has it, else in English: de_AT finds German.
   /// Nothing for an unknown number and for text that is not plain UTF-8 within the limit.
   [[nodiscard]] std::optional<std::string> get(int id) const;
 
  private:
+  [[nodiscard]] std::optional<std::string> find(const std::string &key) const;
+
   explicit StringFile(KeyFilePtr keys) : keys_(std::move(keys)) {}
   KeyFilePtr keys_;
 };

@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "glib-ptr.hpp"
 #include "resource-manager.h"
 #include "support/glib-test.hpp"
 #include "support/temp-dir.hpp"
@@ -80,6 +82,90 @@ TEST_F(Strings, ComeInTheLanguageOfTheUser) {
   EXPECT_THAT(rsrc_get_string(handle, 0), StrEq("Fotos"));
   rsrc_close_rsr(handle);
 }
+
+struct Reader {
+  const char *languages;
+  const char *back;
+};
+
+class StringInTheLanguageOf : public testing::TestWithParam<Reader> {
+ protected:
+  StringInTheLanguageOf() {
+    g_setenv("LANGUAGE", GetParam().languages, TRUE);
+    handle_ = rsrc_open_rsr(kStringFile);
+  }
+
+  gint handle_;
+};
+
+TEST_P(StringInTheLanguageOf, TheUserIsTheFirstThatIsThere) {
+  EXPECT_THAT(rsrc_get_string(handle_, 3), StrEq(GetParam().back));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, StringInTheLanguageOf,
+                         testing::Values(Reader{"de_AT.UTF-8", "Zurück"},
+                                         Reader{"de_CH@euro", "Zurück"}, Reader{"fr_CA", "Retour"},
+                                         Reader{"es_MX", "Atrás"}, Reader{"ja_JP", "戻る"},
+                                         Reader{"ar_EG", "رجوع"}, Reader{"en_GB", "Back"},
+                                         Reader{"C", "Back"}, Reader{"it_IT", "Back"},
+                                         Reader{"it:fr:de", "Retour"}, Reader{"en:de", "Back"},
+                                         Reader{"en_US.UTF-8:de", "Back"}, Reader{"xx", "Back"}));
+
+TEST(StringOfThePhoneInAnotherLanguage, IsThere) {
+  g_setenv("LANGUAGE", "de_AT", TRUE);
+
+  EXPECT_THAT(rsrc_get_system_string(10066), StrEq("Abbrechen"));
+}
+
+TEST(StringFile, ATextThatIsDamagedInOneLanguageComesInEnglish) {
+  g_setenv("LANGUAGE", "de", TRUE);
+  const support::TempDir dir;
+  const std::string file = dir.write("file", "[Strings]\n1000=Photos\n1000[de]=\xff\n");
+  const gint handle = rsrc_open_rsr(file.c_str());
+
+  EXPECT_THAT(rsrc_get_string(handle, 0), StrEq("Photos"));
+  rsrc_close_rsr(handle);
+}
+
+class Translations : public testing::TestWithParam<const char *> {
+ protected:
+  /// The words in braces, in alphabetical order.
+  static std::multiset<std::string> placeholders(const std::string &text) {
+    std::multiset<std::string> found;
+    for (std::size_t at = text.find('{'); at != std::string::npos; at = text.find('{', at + 1)) {
+      found.insert(text.substr(at, text.find('}', at) - at + 1));
+    }
+    return found;
+  }
+};
+
+TEST_P(Translations, FillInTheSameWordsAsEnglish) {
+  GKeyFile *texts = g_key_file_new();
+  ASSERT_TRUE(g_key_file_load_from_file(texts, kStringFile, G_KEY_FILE_KEEP_TRANSLATIONS, nullptr));
+  int compared = 0;
+  for (gint id = 1000; id <= 1220; ++id) {
+    const std::string key = std::to_string(id);
+    const pb::StringPtr english(g_key_file_get_string(texts, "Strings", key.c_str(), nullptr));
+    if (!english) continue;
+    const pb::StringPtr text(
+        g_key_file_get_string(texts, "Strings", (key + "[" + GetParam() + "]").c_str(), nullptr));
+    ASSERT_TRUE(text) << id;
+    EXPECT_EQ(placeholders(text.get()), placeholders(english.get())) << id;
+    ++compared;
+  }
+  g_key_file_unref(texts);
+  EXPECT_GT(compared, 40);
+}
+
+TEST_P(Translations, FitTheNoticeAboutAddedFiles) {
+  g_setenv("LANGUAGE", GetParam(), TRUE);
+  const gint handle = rsrc_open_rsr(kStringFile);
+
+  EXPECT_LE(strlen("1000 ") + strlen(rsrc_get_string(handle, 67)), 20U);
+  rsrc_close_rsr(handle);
+}
+
+INSTANTIATE_TEST_SUITE_P(Into, Translations, testing::Values("de", "fr", "es", "ja", "ar"));
 
 TEST_F(Strings, StayUntilTheyAreFreed) {
   const gchar *text = rsrc_get_string(handle_, 0);
