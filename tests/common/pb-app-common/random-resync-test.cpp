@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr int kWalks = 40;
-constexpr int kSteps = 80;
+constexpr int kWalks = 10;
+constexpr int kSteps = 300;
 constexpr gint kAlbum = 77;
 
 /// The files that the service says it has, and those of them that it can give.
