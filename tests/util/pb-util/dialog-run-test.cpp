@@ -323,6 +323,32 @@ TEST_F(DialogRun, OfASignInIsGivenUpByEscape) {
   EXPECT_EQ(password, nullptr);
 }
 
+class WithoutDisplay : public support::GlibTest {};
+
+TEST_F(WithoutDisplay, NoDialogIsShown) {
+  gint response = 0;
+
+  EXPECT_FALSE(pb_util_show_dialog(1, "Title", "Text", 3, 2000, &response));
+
+  EXPECT_EQ(response, GTK_RESPONSE_NONE);
+  EXPECT_TRUE(pb_show_delete_local_server_dialog(1, "Delete", "Delete it?", 0, nullptr));
+  EXPECT_FALSE(pb_menu_delete_archive_show_dialog(1, "Delete", "Keep it?", 0, nullptr));
+  EXPECT_FALSE(pb_util_create_youtube_login_dialog(nullptr, nullptr));
+}
+
+TEST_F(WithoutDisplay, NoIndicatorIsShown) {
+  mb_show_popup(nullptr, "Sent");
+  mb_util_create_waiting_popup("Sending");
+  mb_util_start_waiting_loop_animation("Deleting");
+  mb_util_start_noti_progress_bar("Sending");
+  pb_util_update_noti_progress_bar(40, "Sending");
+  pb_util_start_progress_bar("Sending", "1 of 3", nullptr);
+  pb_util_update_progress_bar("2 of 3");
+
+  EXPECT_FALSE(pb_dialog_check_exist());
+  EXPECT_FALSE(mb_popup_check_exist());
+}
+
 using IndicatorRun = DialogRun;
 
 gint g_progress_answer = 0;

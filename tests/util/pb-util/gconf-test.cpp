@@ -121,6 +121,14 @@ TEST_F(Gconf, LogsAKeyThatIsNone) {
   }
 }
 
+TEST_F(Gconf, TakesALongKey) {
+  const std::string long_key = key(std::string(4096, 'n').c_str());
+
+  mb_gconf_set_int(long_key.c_str(), 5);
+
+  EXPECT_EQ(mb_gconf_get_int(long_key.c_str()), 5);
+}
+
 TEST_F(Gconf, LogsAKeyOfAnotherType) {
   mb_gconf_set_string(key().c_str(), "text");
 
@@ -159,6 +167,34 @@ TEST_F(GconfWithoutBus, LogsWhatCannotBeWritten) {
 
   EXPECT_THAT(platform().log,
               ElementsAre(LoggedLike(PB_LOG_ERROR, StartsWith("[mb_gconf_set_int]"))));
+}
+
+TEST_F(GconfWithoutBus, LogsATextThatCannotBeRead) {
+  EXPECT_EQ(mb_gconf_get_string("/apps/photobrowser-test/x"), nullptr);
+
+  EXPECT_THAT(platform().log,
+              ElementsAre(LoggedLike(PB_LOG_ERROR, StartsWith("[mb_gconf_get_string]"))));
+}
+
+TEST_F(GconfWithoutBus, LogsATextThatCannotBeWritten) {
+  mb_gconf_set_string("/apps/photobrowser-test/x", "text");
+
+  EXPECT_THAT(platform().log,
+              ElementsAre(LoggedLike(PB_LOG_ERROR, StartsWith("[mb_gconf_set_string]"))));
+}
+
+TEST_F(GconfWithoutBus, LogsAListThatCannotBeRead) {
+  EXPECT_EQ(mb_gconf_get_list("/apps/photobrowser-test/x"), nullptr);
+
+  EXPECT_THAT(platform().log,
+              ElementsAre(LoggedLike(PB_LOG_ERROR, StartsWith("[mb_gconf_get_list]"))));
+}
+
+TEST_F(GconfWithoutBus, LogsAListThatCannotBeWritten) {
+  mb_gconf_set_list("/apps/photobrowser-test/x", nullptr);
+
+  EXPECT_THAT(platform().log,
+              ElementsAre(LoggedLike(PB_LOG_ERROR, StartsWith("[mb_gconf_set_list]"))));
 }
 
 TEST_F(GconfWithoutBus, HasTheFirstTheme) { EXPECT_EQ(mb_get_current_theme_value(), 7); }
