@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
 #include <string>
 #include <thread>
@@ -153,7 +154,6 @@ TEST_P(Translations, FillInTheSameWordsAsEnglish) {
     EXPECT_EQ(placeholders(text.get()), placeholders(english.get())) << id;
     ++compared;
   }
-  g_key_file_unref(texts);
   EXPECT_GT(compared, 40);
 }
 
