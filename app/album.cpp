@@ -1,5 +1,6 @@
 #include "album.hpp"
 
+#include <gdk/gdkkeysyms.h>
 #include <main-window.h>
 
 #include <utility>
@@ -10,7 +11,8 @@
 namespace gallery {
 
 Album::Album(Navigator &navigator, gint album_id, std::string name)
-    : name_(std::move(name)),
+    : navigator_(navigator),
+      name_(std::move(name)),
       page_("album-view", Grid::Cells::kFiles,
             {kCategoryAlbum, album_id,
              [album_id](gint id) { return row_of_album_file(album_id, id); }},
@@ -33,6 +35,12 @@ void Album::enter() {
   }
   open_ = true;
   page_.open();
+}
+
+bool Album::key(const GdkEventKey &event) {
+  if (event.keyval != GDK_KEY_Delete) return false;
+  navigator_.trash(page_.path_at_cursor());
+  return true;
 }
 
 void Album::rows_changed() { page_.refresh(); }

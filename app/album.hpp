@@ -18,8 +18,10 @@ class Album : public Screen {
   void enter() override;
   void rows_changed() override;
   void thumbnails_arrived() override { page_.redraw(); }
+  bool key(const GdkEventKey &event) override;
 
  private:
+  Navigator &navigator_;
   std::string name_;
   ListPage page_;
   pb::Ref<GtkWidget> form_;

@@ -139,6 +139,10 @@ void Home::update_status(const MediaIndexProgress &progress) {
 }
 
 bool Home::key(const GdkEventKey &event) {
+  if (event.keyval == GDK_KEY_Delete && !albums_shown_) {
+    navigator_.trash(page().path_at_cursor());
+    return true;
+  }
   if ((event.state & GDK_CONTROL_MASK) == 0) return false;
   if (event.keyval != GDK_KEY_1 && event.keyval != GDK_KEY_2) return false;
   GtkWidget *tab = event.keyval == GDK_KEY_1 ? pictures_tab_ : albums_tab_;

@@ -68,6 +68,12 @@ void ListPage::follow_current_item() {
   if (row != grid_.cursor()) grid_.set_cursor(row);
 }
 
+std::string ListPage::path_at_cursor() const {
+  const PbItem *item = item_at(pb_app_common_get_item_list(), grid_.cursor());
+  return item != nullptr && item->is_cluster == 0 && item->filename != nullptr ? item->filename
+                                                                               : "";
+}
+
 void ListPage::redraw() { grid_.redraw(); }
 
 }  // namespace gallery

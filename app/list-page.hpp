@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <glib-ptr.hpp>
+#include <string>
 
 #include "empty-page.hpp"
 #include "grid.hpp"
@@ -38,6 +39,8 @@ class ListPage {
   /// Moves the cursor to the library's current item, which the viewer may have changed.
   void follow_current_item();
   void redraw();
+  /// Path of the file with the cursor; "" when there is none.
+  [[nodiscard]] std::string path_at_cursor() const;
 
  private:
   bool build(bool same_view);

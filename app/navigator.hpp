@@ -19,6 +19,9 @@ class Navigator {
   virtual void back() = 0;
   /// Has the lists built again, but not more than once a second.
   virtual void refresh_soon() = 0;
+  /// Moves a file to the trash and offers to take that back.
+  /// @return false when the file stays where it is
+  virtual bool trash(const std::string &path) = 0;
   virtual void set_full_screen(bool full) = 0;
   [[nodiscard]] virtual bool is_full_screen() const = 0;
 

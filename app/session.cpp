@@ -100,6 +100,7 @@ void Session::make_window() {
   gtk_widget_set_size_request(gtk_main_window_get_title_label(main_window), -1, kTitleHeight);
   g_signal_connect(back_button_, "clicked", G_CALLBACK(on_back), this);
   g_signal_connect(full_screen_button_, "clicked", G_CALLBACK(on_full_screen), this);
+  phone_main_window_add_bottom_widget(main_window, undo_bar_.widget());
   update_title_buttons();
 
   g_signal_connect(window_, "key-press-event", G_CALLBACK(on_key), this);
@@ -162,6 +163,35 @@ bool Session::viewer_is_open() const {
 void Session::update_title_buttons() {
   set_shown(back_button_, screens_.size() > 1);
   set_shown(full_screen_button_, !screens_.empty() && viewer_is_open());
+}
+
+bool Session::trash(const std::string &path) {
+  // Until the lists are built again, a key held down would find the same file.
+  if (path.empty() || path == last_trashed_) return false;
+  const std::string name = display_name(path);
+  std::string problem;
+  const std::optional<Trashed> trashed = move_to_trash(path, problem);
+  if (!trashed) {
+    undo_bar_.say(fill(Text::kNotTrashed, {{"name", name}, {"reason", one_line(problem)}}), {});
+    return false;
+  }
+  last_trashed_ = path;
+  std::function<void()> undo;
+  if (!trashed->file.empty()) undo = [this, trashed] { take_back(*trashed); };
+  undo_bar_.say(fill(Text::kInTrash, {{"name", name}}), std::move(undo));
+  media_index_rescan();
+  return true;
+}
+
+void Session::take_back(const Trashed &trashed) {
+  std::string problem;
+  if (put_back(trashed, problem)) {
+    last_trashed_.clear();
+    media_index_rescan();
+    return;
+  }
+  undo_bar_.say(
+      fill(Text::kNotPutBack, {{"name", display_name(trashed.path)}, {"reason", problem}}), {});
 }
 
 void Session::set_full_screen(bool full) {
@@ -241,6 +271,8 @@ gboolean Session::on_key(GtkWidget * /*window*/, GdkEventKey *event, gpointer se
     gtk_main_quit();
     return TRUE;
   }
+  const bool undoes = (event->state & GDK_CONTROL_MASK) != 0 && event->keyval == GDK_KEY_z;
+  if (undoes) return session->undo_bar_.undo() ? TRUE : FALSE;
   if (goes_back(*event)) {
     if (!session->top().back()) session->back();
     return TRUE;

@@ -13,6 +13,8 @@
 #include "navigator.hpp"
 #include "options.hpp"
 #include "screen.hpp"
+#include "trash.hpp"
+#include "undo-bar.hpp"
 
 namespace gallery {
 
@@ -29,6 +31,7 @@ class Session : public Navigator {
   void open_viewer(int row) override;
   void back() override;
   void refresh_soon() override;
+  bool trash(const std::string &path) override;
   void set_full_screen(bool full) override;
   [[nodiscard]] bool is_full_screen() const override { return full_screen_; }
   [[nodiscard]] std::string places() const override;
@@ -48,6 +51,7 @@ class Session : public Navigator {
   void push(std::unique_ptr<Screen> screen);
   void refresh();
   void update_status();
+  void take_back(const Trashed &trashed);
   void open_file();
   void update_title_buttons();
   [[nodiscard]] bool viewer_is_open() const;
@@ -61,6 +65,8 @@ class Session : public Navigator {
   std::vector<std::unique_ptr<Screen>> screens_;  // as on the view stack, bottom first
   Home *home_ = nullptr;                          // the first of them
   bool full_screen_ = false;
+  UndoBar undo_bar_;
+  std::string last_trashed_;
   guint index_listener_ = 0;
   guint thumbnail_listener_ = 0;
   pb::SourceId refresh_;

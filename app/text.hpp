@@ -35,6 +35,10 @@ enum class Text : int {
   kNotListed = 1023,
   kLookingForPictures = 1024,
   kDismiss = 1025,
+  kInTrash = 1026,
+  kUndo = 1027,
+  kNotTrashed = 1028,
+  kNotPutBack = 1029,
 };
 
 /// Takes all texts out of the string file, which dialogs close again at any time.

@@ -175,6 +175,10 @@ void Viewer::tapped() {
   }
 }
 
+void Viewer::trash() {
+  if (!gone_ && navigator_.trash(shown_.path)) trashed_ = shown_.id;
+}
+
 void Viewer::play() {
   const std::shared_ptr<bool> alive = alive_;
   play_video(shown_.path, [this, alive, path = shown_.path] {
@@ -212,8 +216,13 @@ void Viewer::rows_changed() {
   if (item != nullptr && id_of(item) == shown_.id) {
     if (supply_.look_again()) drop_full();
     update();
-  } else {
+  } else if (shown_.id != trashed_) {
     show_gone();
+  } else if (length > 0) {
+    // The row holds what came after it.
+    update();
+  } else {
+    navigator_.back();
   }
 }
 
@@ -323,6 +332,9 @@ bool Viewer::key(const GdkEventKey &event) {
     case GDK_KEY_KP_Enter:
       if (!shown_.video || !gtk_widget_has_focus(canvas_.widget())) return false;
       play();
+      return true;
+    case GDK_KEY_Delete:
+      trash();
       return true;
     case GDK_KEY_F11:
     case GDK_KEY_f:

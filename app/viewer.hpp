@@ -51,6 +51,7 @@ class Viewer : public Screen {
   void go_to(int row);
   void tapped();
   void play();
+  void trash();
   void load_full();
   void drop_full();
   static void on_full_loaded(guint request, GdkPixbuf *pixbuf, const gchar *problem, gpointer self);
@@ -72,6 +73,7 @@ class Viewer : public Screen {
   guint full_request_ = 0;  ///< for all that the shown picture has; 0 when none is under way
   std::string name_;
   int direction_ = 1;  ///< the way that was gone last; what lies there is loaded first
+  gint trashed_ = 0;   ///< id of the item that was thrown away here
   bool no_player_ = false;
   bool gone_ = false;  ///< the item that is shown is not listed any more
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what ends after the viewer

@@ -20,7 +20,7 @@ host_only() {
     thumbnail_manager_add_listener | thumbnail_manager_remove_listener) return 0 ;;
     thumbnail_manager_shutdown) return 0 ;;
     phone_icon_view_*) return 0 ;; # the view with all its functions
-    phone_main_window_add_title_widget | phone_theme_apply | phone_threads_init) return 0 ;;
+    phone_main_window_add_title_widget | phone_main_window_add_bottom_widget | phone_theme_apply | phone_threads_init) return 0 ;;
   esac
   return 1
 }

@@ -134,6 +134,14 @@ GtkWidget *gtk_main_window_get_title_label(GtkMainWindow *window);
 void phone_main_window_add_title_widget(GtkMainWindow *window, GtkWidget *widget, GtkPackType side);
 
 /**
+ * Puts a widget of the application's under the forms, where it stays whatever form is shown.
+ *
+ * @param window (transfer none) the window
+ * @param widget (transfer none) the widget; the window takes its floating reference
+ */
+void phone_main_window_add_bottom_widget(GtkMainWindow *window, GtkWidget *widget);
+
+/**
  * Gives the window's style.
  *
  * @param window (transfer none) the window

@@ -162,6 +162,13 @@ void phone_main_window_add_title_widget(GtkMainWindow *window, GtkWidget *widget
   gtk_box_pack_start(GTK_BOX(box), widget, FALSE, FALSE, 0);
 }
 
+void phone_main_window_add_bottom_widget(GtkMainWindow *window, GtkWidget *widget) {
+  PB_CHECK(GTK_IS_MAIN_WINDOW(window));
+  PB_CHECK(GTK_IS_WIDGET(widget));
+  GtkWidget *column = gtk_bin_get_child(GTK_BIN(window));
+  gtk_box_pack_end(GTK_BOX(column), widget, FALSE, FALSE, 0);
+}
+
 gint gtk_main_window_get_style(GtkMainWindow *window) {
   PB_CHECK(GTK_IS_MAIN_WINDOW(window), 0);
   return private_of(window).style;

@@ -284,6 +284,24 @@ TEST_F(MainWindowTitle, TakesWidgetsOfTheApplication) {
   EXPECT_LT(left.x, label.x);
 }
 
+TEST_F(MainWindow, KeepsABottomWidgetUnderEveryForm) {
+  GtkForm *first = add_form();
+  GtkForm *second = add_form();
+  GtkWidget *bar = gtk_label_new("bar");
+  phone_main_window_add_bottom_widget(window(), bar);
+  gtk_window_set_default_size(GTK_WINDOW(window()), 200, 300);
+  gtk_main_window_set_current_form(window(), first);
+  gtk_widget_show_all(GTK_WIDGET(window()));
+
+  gtk_main_window_set_current_form(window(), second);
+  while (gtk_events_pending() != FALSE) gtk_main_iteration();
+
+  GtkAllocation place;
+  gtk_widget_get_allocation(bar, &place);
+  EXPECT_TRUE(gtk_widget_get_mapped(bar));
+  EXPECT_EQ(place.y + place.height, 300);
+}
+
 TEST_F(MainWindowTitle, StaysInTheMiddleBesideAWidget) {
   gtk_window_set_default_size(GTK_WINDOW(window()), 480, 800);
   phone_main_window_add_title_widget(window(), gtk_button_new_with_label("Back"), GTK_PACK_START);
