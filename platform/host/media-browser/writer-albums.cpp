@@ -126,6 +126,9 @@ void Writer::lose_folder(gint32 id) {
   const std::vector<gint32> ids = tables_->ids_of_album(id);
   touched_.insert(touched_.end(), ids.begin(), ids.end());
   for (const FileRow &file : tables_->told_of_album(id)) user_news_.gone.push_back(path_of(file));
+  for (const gint32 file : ids) {
+    if (const auto row = tables_->by_id(file)) leave_thumbnail(*row);
+  }
   tables_->bury_album(id, g_get_real_time() / G_USEC_PER_SEC);
   leave_counts(album);
   album.pictures = album.videos = 0;

@@ -1,6 +1,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+
+#include "media-browser/covers.hpp"
 #include "media-browser/query.hpp"
 #include "media-browser/writer.hpp"
 
@@ -10,6 +13,8 @@ namespace {
 
 /// Files that wait for the end of a scan.
 constexpr std::size_t kMostReplacements = 10'000;
+/// Thumbnails that are removed at once; others go when the store is full.
+constexpr std::size_t kMostThumbnails = 10'000;
 
 /// Whether a path still names the file of an identity.
 bool is_still_at(const std::string &path, guint64 inode) {
@@ -99,6 +104,7 @@ void Writer::replace(const FileRow &row, AlbumRow &album, const Found &found) {
     user_news_.changes.push_back(
         {std::move(old_path), row.state.inode, std::move(new_path), found.state});
   }
+  if (row.state != found.state) leave_thumbnail(row);
   tables_->store_file(row.id, album.id, file_class, found);
   if (row.file_class != 0) {
     --counts_[row.file_class];
@@ -111,11 +117,28 @@ void Writer::replace(const FileRow &row, AlbumRow &album, const Found &found) {
 
 void Writer::bury(const FileRow &row) {
   if (row.has_user_data()) user_news_.gone.push_back(path_of(row));
+  leave_thumbnail(row);
   tables_->set_class(row.id, 0, g_get_real_time() / G_USEC_PER_SEC);
   --counts_[row.file_class];
   count_out(albums_.at(row.album), row);
   touched_.push_back(row.id);
   ++changes_;
+}
+
+void Writer::leave_thumbnail(const FileRow &row) {
+  if (row.file_class == 0 || left_thumbnails_.size() >= kMostThumbnails) return;
+  left_thumbnails_.emplace_back(path_of(row), row);
+}
+
+void Writer::drop_thumbnails() {
+  for (const auto &[path, row] : std::exchange(left_thumbnails_, {})) {
+    const auto files = tables_->by_identity(row.state);
+    const bool is_listed = std::any_of(files.begin(), files.end(),
+                                       [](const FileRow &file) { return file.file_class != 0; });
+    const auto album = albums_.find(row.album);
+    if (is_listed || album == albums_.end()) continue;
+    forget_thumbnail(path, album->second.device, row.state);
+  }
 }
 
 void Writer::lose(const std::vector<Lost> &files) {

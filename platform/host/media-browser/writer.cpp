@@ -211,6 +211,7 @@ void Writer::fail(const IndexFailure &failure) {
   database_.run("ROLLBACK");
   in_transaction_ = false;
   user_news_ = {};
+  left_thumbnails_.clear();
   // Readers go on without these files, although the index could not forget them.
   buried_for_readers_.clear();
   if (is_damage(failure.code)) {
@@ -270,6 +271,7 @@ void Writer::settle() {
   store_replacements();
   commit();
   publish();
+  drop_thumbnails();
 }
 
 }  // namespace phone::media

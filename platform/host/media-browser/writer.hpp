@@ -105,6 +105,9 @@ class Writer {
   void add(AlbumRow &album, const Found &found);
   void replace(const FileRow &row, AlbumRow &album, const Found &found);
   void bury(const FileRow &row);
+  /// Has the thumbnail of a file as it was removed, unless the file is found again.
+  void leave_thumbnail(const FileRow &row);
+  void drop_thumbnails();
   [[nodiscard]] std::optional<FileRow> moved_from(const Found &found) const;
 
   IndexStorage &storage_;
@@ -134,6 +137,8 @@ class Writer {
   /// new names or not at all.
   std::vector<Found> replacements_;
   bool at_the_end_ = false;
+  /// Files that have gone or changed since the last settle(), with their last paths.
+  std::vector<std::pair<std::string, FileRow>> left_thumbnails_;
   std::set<gint32> changed_albums_;
   std::set<gint32> stale_albums_;
   UserData::News user_news_;

@@ -126,6 +126,12 @@ bool is_stored(const struct stat &info) {
          stored.st_size > 0;
 }
 
+void forget(const struct stat &info) {
+  for (const std::string &path : {stored_path(info), stored_frame_path(info), failure_path(info)}) {
+    if (!path.empty() && is_replaceable(path)) unlink(path.c_str());
+  }
+}
+
 PixbufRef load_stored(const std::string &path) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
   struct stat info;

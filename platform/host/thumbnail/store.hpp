@@ -18,6 +18,9 @@ std::string stored_path(const struct stat &info);
 /// Whether the thumbnail of a file is there.
 bool is_stored(const struct stat &info);
 
+/// Removes what is stored of a file that is not there any more, or not with these contents.
+void forget(const struct stat &info);
+
 /// Queues the making of a file's thumbnail, behind those that are wanted for the screen. The
 /// listeners of the thumbnail manager hear when it is there.
 void request(const std::string &path);
