@@ -8,6 +8,7 @@ phone::pictures::Result decode_file(const std::string &path, int width, int heig
   wish.width = width;
   wish.height = height;
   wish.flags = flags;
+  wish.time_limit.longest = kLongest;
   return phone::pictures::decode_picture(phone::pictures::open_picture(path.c_str()), wish);
 }
 

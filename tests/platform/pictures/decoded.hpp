@@ -8,7 +8,10 @@
 
 namespace test {
 
-/// Decodes a file as the services do.
+/// The longest that a decode may take here, however busy the machine is.
+inline constexpr gint64 kLongest = 60 * G_TIME_SPAN_SECOND;
+
+/// Decodes a file as the services do, but for their patience.
 phone::pictures::Result decode_file(const std::string &path, int width, int height,
                                     std::uint32_t flags = 0);
 
