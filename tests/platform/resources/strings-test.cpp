@@ -141,7 +141,8 @@ class Translations : public testing::TestWithParam<const char *> {
 };
 
 TEST_P(Translations, FillInTheSameWordsAsEnglish) {
-  GKeyFile *texts = g_key_file_new();
+  const std::unique_ptr<GKeyFile, pb::FreeWith<g_key_file_unref>> owner(g_key_file_new());
+  GKeyFile *texts = owner.get();
   ASSERT_TRUE(g_key_file_load_from_file(texts, kStringFile, G_KEY_FILE_KEEP_TRANSLATIONS, nullptr));
   int compared = 0;
   for (gint id = 1000; id <= 1220; ++id) {
