@@ -1,4 +1,4 @@
-#include <glib.h>
+#include <gio/gio.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -35,6 +35,10 @@ TEST(PrivateEnvironment, IsClosedToOthers) {
   ASSERT_EQ(lstat(support::private_dir().c_str(), &status), 0);
 
   EXPECT_EQ(status.st_mode & 07777, 0700u);
+}
+
+TEST(PrivateEnvironment, DoesNotReachTheDaemonsOfTheMachine) {
+  EXPECT_EQ(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr), nullptr);
 }
 
 TEST(TempDir, IsGoneWithItsContents) {

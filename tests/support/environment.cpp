@@ -52,6 +52,8 @@ void enter_private_environment() {
   setenv("GSETTINGS_BACKEND", "memory", 1);
   // An address that no client understands keeps libraries from starting a bus of their own.
   setenv("DBUS_SESSION_BUS_ADDRESS", "none:", 0);
+  // The machine's own daemons are none of a test's business.
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", "none:", 1);
 }
 
 void leave_private_environment() { remove_tree(directory()); }
