@@ -35,6 +35,20 @@ std::vector<gint32> ids_by_number(std::vector<std::pair<gint64, gint32>> files) 
   return ids;
 }
 
+/// @param column of an index that holds all that a page of rows shows
+void prepare_walks(const Database &database, const std::string &column, Walks &walks) {
+  const std::string select = "SELECT " + column +
+                             ", id, album, name, user_flags, nfid FROM files INDEXED BY files_by_" +
+                             column + " WHERE class = ?1 AND (" + column + ", id) ";
+  for (std::size_t at = 0; at < kClasses.size(); ++at) {
+    walks.from[at] = database.prepare((select + ">= (?2, ?3) ORDER BY " + column + ", id").c_str());
+    walks.back_from[at] =
+        database.prepare((select + "<= (?2, ?3) ORDER BY " + column + " DESC, id DESC").c_str());
+  }
+  walks.number_of_id =
+      database.prepare(("SELECT " + column + " FROM files WHERE id = ? AND class > 0").c_str());
+}
+
 }  // namespace
 
 Reader::Statements::Statements(const Database &database)
@@ -45,7 +59,6 @@ Reader::Statements::Statements(const Database &database)
       album_of_path(database.prepare("SELECT id FROM albums WHERE path = ?")),
       file_of_name(database.prepare("SELECT id FROM files INDEXED BY files_by_name "
                                     "WHERE name = ? COLLATE filename AND album = ? AND class > 0")),
-      date_of_id(database.prepare("SELECT date FROM files WHERE id = ? AND class > 0")),
       newest(database.prepare("SELECT date, id FROM files INDEXED BY files_by_date "
                               "WHERE class = ? ORDER BY date DESC, id DESC LIMIT ?")),
       oldest(database.prepare("SELECT date, id FROM files INDEXED BY files_by_date "
@@ -69,14 +82,8 @@ Reader::Statements::Statements(const Database &database)
                                    "WHERE album = ? AND class > 0")),
       album_names(database.prepare("SELECT id, class, name FROM files INDEXED BY files_by_album "
                                    "WHERE album = ? AND class > 0")) {
-  for (std::size_t at = 0; at < kClasses.size(); ++at) {
-    from_date[at] = database.prepare(
-        "SELECT date, id, album, name, user_flags, nfid FROM files INDEXED BY files_by_date "
-        "WHERE class = ?1 AND (date, id) >= (?2, ?3) ORDER BY date, id");
-    back_from_date[at] = database.prepare(
-        "SELECT date, id, album, name, user_flags, nfid FROM files INDEXED BY files_by_date "
-        "WHERE class = ?1 AND (date, id) <= (?2, ?3) ORDER BY date DESC, id DESC");
-  }
+  prepare_walks(database, "date", by_date);
+  prepare_walks(database, "size", by_size);
 }
 
 AlbumRow Reader::album_from(const Cursor &row) const {

@@ -11,11 +11,11 @@ constexpr std::size_t kShortest = 8;
 /// Rows that are read beyond a page, for files that have come into it since its order was made.
 constexpr std::size_t kMargin = 32;
 
-/// One class's rows in the order of dates.
+/// One class's rows in the order of dates or sizes.
 class Walk {
  public:
-  Walk(const Statement &statement, int file_class, gint64 date, gint32 id)
-      : row_(statement, file_class, date, id), class_(file_class) {
+  Walk(const Statement &statement, int file_class, gint64 number, gint32 id)
+      : row_(statement, file_class, number, id), class_(file_class) {
     more_ = row_.next();
   }
 
@@ -40,36 +40,35 @@ std::vector<std::optional<Reader::File>> Reader::files(const Sort &sort, ClassMa
   std::vector<std::optional<File>> result(ids.size());
   const Reading reading(*this);
   if (!reading) return result;
-  if (sort.key == SortKey::kDate && ids.size() >= kShortest) {
-    read_by_date(sort.reversed, mask, ids, result);
-  }
+  const bool by_number = sort.key == SortKey::kDate || sort.key == SortKey::kSize;
+  if (by_number && ids.size() >= kShortest) read_by_number(sort, mask, ids, result);
   for (std::size_t at = 0; at < ids.size(); ++at) {
     if (!result[at]) result[at] = read_file(ids[at]);
   }
   return result;
 }
 
-void Reader::read_by_date(bool reversed, ClassMask mask, const std::vector<gint32> &ids,
-                          std::vector<std::optional<File>> &files) {
-  gint64 date = 0;
+void Reader::read_by_number(const Sort &sort, ClassMask mask, const std::vector<gint32> &ids,
+                            std::vector<std::optional<File>> &files) {
+  const Walks &ways = sort.key == SortKey::kSize ? statements_->by_size : statements_->by_date;
+  gint64 number = 0;
   {
-    Cursor row(statements_->date_of_id, ids.front());
+    Cursor row(ways.number_of_id, ids.front());
     if (!row.next()) return;
-    date = row.integer(0);
+    number = row.integer(0);
   }
   std::vector<std::unique_ptr<Walk>> walks;
   for (std::size_t at = 0; at < kClasses.size(); ++at) {
     if ((mask >> at & 1) == 0) continue;
-    const Statement &statement =
-        (reversed ? statements_->back_from_date : statements_->from_date)[at];
-    walks.push_back(std::make_unique<Walk>(statement, kClasses[at], date, ids.front()));
+    const Statement &statement = (sort.reversed ? ways.back_from : ways.from)[at];
+    walks.push_back(std::make_unique<Walk>(statement, kClasses[at], number, ids.front()));
   }
   std::size_t next = 0;
   for (std::size_t left = ids.size() + kMargin; left > 0 && next < ids.size(); --left) {
     Walk *nearest = nullptr;
     for (const auto &walk : walks) {
       if (!walk->more()) continue;
-      if (nearest == nullptr || (walk->place() < nearest->place()) != reversed) {
+      if (nearest == nullptr || (walk->place() < nearest->place()) != sort.reversed) {
         nearest = walk.get();
       }
     }

@@ -7,6 +7,12 @@
 
 namespace phone::media {
 
+/// Rows in the order of a number from a place on, one walk for each class, both ways.
+struct Walks {
+  std::array<Statement, kClasses.size()> from, back_from;
+  Statement number_of_id;
+};
+
 struct Reader::Statements {
   explicit Statements(const Database &database);
 
@@ -16,9 +22,7 @@ struct Reader::Statements {
   Statement album_of_path;
   Statement file_of_name;
 
-  /// Rows in the order of dates from a place on, one walk for each class, both ways.
-  std::array<Statement, kClasses.size()> from_date, back_from_date;
-  Statement date_of_id;
+  Walks by_date, by_size;
 
   // The first rows of an order, without the order.
   Statement newest, oldest, largest, smallest;

@@ -84,8 +84,8 @@ class Reader {
   bool good(const Cursor &row);
   [[nodiscard]] std::optional<File> read_file(gint32 id);
   void show_marks(gint32 id, File &file) const;
-  void read_by_date(bool reversed, ClassMask mask, const std::vector<gint32> &ids,
-                    std::vector<std::optional<File>> &files);
+  void read_by_number(const Sort &sort, ClassMask mask, const std::vector<gint32> &ids,
+                      std::vector<std::optional<File>> &files);
   [[nodiscard]] std::optional<gint64> counted(ClassMask mask);
   [[nodiscard]] std::vector<gint32> first_rows(const Sort &sort, ClassMask mask, gint64 count);
   [[nodiscard]] std::vector<gint32> first_by_number(const Statement &statement, bool reversed,

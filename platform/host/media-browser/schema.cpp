@@ -11,7 +11,8 @@ namespace {
 /// What takes a file from a version to the next one; element n leads to version n + 1.
 using Migrations = std::span<const char *const>;
 
-// files_by_date holds all that a page of rows shows, so that a page is read from one place.
+// files_by_date and files_by_size hold all that a page of rows shows, so that a page is read from
+// one place.
 // class: 0 for a file that has gone, else the kind with 16 added in a camera folder.
 constexpr std::array<const char *, kIndexVersion> kIndexMigrations{R"sql(
 CREATE TABLE meta(key TEXT PRIMARY KEY, value) WITHOUT ROWID;
@@ -52,6 +53,10 @@ CREATE INDEX files_by_date ON files(class, date, id, album, name, user_flags, nf
 CREATE INDEX files_by_size ON files(class, size);
 CREATE INDEX files_by_album ON files(album, class, date);
 CREATE INDEX files_by_inode ON files(inode);
+)sql",
+                                                                   R"sql(
+DROP INDEX files_by_size;
+CREATE INDEX files_by_size ON files(class, size, id, album, name, user_flags, nfid);
 )sql"};
 
 // Paths and identities instead of ids: an index that is made anew gives other ids.

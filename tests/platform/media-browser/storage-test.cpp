@@ -132,6 +132,25 @@ TEST_F(Storage, SetsAnIndexOfALaterVersionAside) {
   EXPECT_EQ(database.ask("PRAGMA user_version", -1), kIndexVersion);
 }
 
+TEST_F(Storage, TakesAnIndexOfTheFirstVersionAlong) {
+  Database database;
+  ASSERT_EQ(storage_->open_for_writing(database), SQLITE_OK);
+  ASSERT_EQ(database.run("INSERT INTO albums(id, path, device, inode, born, camera) "
+                         "VALUES(7, '/x', 1, 2, 3, 0);"
+                         "DROP INDEX files_by_size;"
+                         "CREATE INDEX files_by_size ON files(class, size);"
+                         "PRAGMA user_version = 1"),
+            SQLITE_OK);
+  database.close();
+
+  EXPECT_EQ(storage_->open_for_writing(database), SQLITE_OK);
+
+  EXPECT_THAT(storage_->problems(), IsEmpty());
+  EXPECT_EQ(database.ask("PRAGMA user_version", -1), kIndexVersion);
+  EXPECT_EQ(database.ask("SELECT id FROM albums", -1), 7);
+  EXPECT_EQ(database.ask("SELECT count(*) FROM pragma_index_info('files_by_size')", -1), 7);
+}
+
 TEST_F(Storage, LeavesUserDataOfALaterVersionAlone) {
   Database database;
   std::string problem;
