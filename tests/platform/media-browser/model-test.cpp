@@ -6,12 +6,14 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <random>
 #include <set>
 
 #include "library.hpp"
+#include "media-browser/index.hpp"
 #include "media-browser/schema.hpp"
 #include "media-browser/storage.hpp"
 
@@ -206,23 +208,45 @@ TEST_P(Random, ChangesAreFoundAtTheNextStart) {
 class Killed : public support::GlibTest {
  protected:
   /// @param microseconds how long the process lives after the start of the index
-  void live_and_die(unsigned microseconds) {
+  /// @param work done by it over and over; what it tells through the descriptor is known to others
+  /// @return what it has told
+  std::vector<int> live_and_die(unsigned microseconds,
+                                const std::function<void(int told)> &work = {}) {
     int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
+    EXPECT_EQ(pipe(ready), 0);
     const pid_t child = fork();
     if (child == 0) {
       library_.begin();
-      [[maybe_unused]] const ssize_t told = write(ready[1], "x", 1);
-      while (true) g_main_context_iteration(nullptr, TRUE);
+      tell(ready[1], -1);
+      while (true) {
+        g_main_context_iteration(nullptr, !work);
+        if (work) work(ready[1]);
+      }
     }
-    char byte;
-    ASSERT_EQ(read(ready[0], &byte, 1), 1);
-    close(ready[0]);
     close(ready[1]);
-    g_usleep(microseconds);
-    ASSERT_EQ(kill(child, SIGKILL), 0);
+    int number = 0;
+    EXPECT_EQ(read(ready[0], &number, sizeof number), static_cast<ssize_t>(sizeof number));
+    g_usleep(microseconds / 2);
+    // Trees move under it.
+    fs::rename(library_.path("f0"), library_.path("moved"));
+    g_usleep(microseconds / 2);
+    EXPECT_EQ(kill(child, SIGKILL), 0);
     int status;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    fs::rename(library_.path("moved"), library_.path("f0"));
+    std::vector<int> told;
+    while (read(ready[0], &number, sizeof number) == static_cast<ssize_t>(sizeof number)) {
+      told.push_back(number);
+    }
+    close(ready[0]);
+    return told;
+  }
+  static void tell(int descriptor, int number) {
+    [[maybe_unused]] const ssize_t told = write(descriptor, &number, sizeof number);
+  }
+  static int rounds(int usual) {
+    const char *wanted = g_getenv("PB_FAULT_ROUNDS");
+    return wanted != nullptr ? std::atoi(wanted) : usual;
   }
 
   /// What must hold of the files as they were left, whoever opens them next.
@@ -251,7 +275,7 @@ TEST_F(Killed, WhileScanningLeavesAWholeIndex) {
     library_.write("f" + std::to_string(at % 7) + "/" + std::to_string(at) + ".jpg", "");
   }
   std::mt19937 random(11);
-  for (int round = 0; round < 12 && !HasFailure(); ++round) {
+  for (int round = 0; round < rounds(12) && !HasFailure(); ++round) {
     live_and_die(static_cast<unsigned>(random() % 40'000));
     check_files();
     // Files move and go while nobody looks.
@@ -264,6 +288,36 @@ TEST_F(Killed, WhileScanningLeavesAWholeIndex) {
 
   EXPECT_EQ(Library::count(), kFiles);
   EXPECT_EQ(library_.list(0).size(), static_cast<std::size_t>(kFiles));
+}
+
+TEST_F(Killed, WhilePeopleMarkFilesLosesNoMark) {
+  constexpr int kFiles = 300;
+  const auto name_of = [](int file) {
+    return "f" + std::to_string(file % 3) + "/" + std::to_string(file) + ".jpg";
+  };
+  for (int file = 0; file < kFiles; ++file) library_.write(name_of(file), std::to_string(file));
+  std::mt19937 random(12);
+  std::set<int> marked;
+  for (int round = 0; round < rounds(12) && !HasFailure(); ++round) {
+    const auto mark = [&](int told) {
+      const int file = static_cast<int>(random() % kFiles);
+      const gint id = library_.id_of(name_of(file));
+      if (id != 0 && Index::current()->set_flag(id, kFavourite, true)) tell(told, file);
+    };
+    const auto told = live_and_die(static_cast<unsigned>(random() % 60'000), mark);
+    marked.insert(told.begin(), told.end());
+    check_files();
+  }
+
+  library_.start();
+
+  EXPECT_GT(marked.size(), 10u);
+  for (const int file : marked) {
+    FmFileRecord record;
+    fm_svc_mb_get_item_by_database_index(library_.id_of(name_of(file)), &record, nullptr);
+    EXPECT_NE(record.item.flags & kFavourite, 0) << file;
+  }
+  EXPECT_EQ(Library::count(), kFiles);
 }
 
 }  // namespace
