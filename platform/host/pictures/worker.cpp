@@ -158,14 +158,17 @@ Worker::Answer Worker::give_up(Problem problem) {
 /// The process has ended, or talks nonsense, which is treated alike.
 Worker::Answer Worker::ended(bool by_file) {
   // It has closed its end and is about to exit; when it does not, it is made to.
-  constexpr TimeLimit kExit{100 * G_TIME_SPAN_MILLISECOND, 500 * G_TIME_SPAN_MILLISECOND};
+  constexpr TimeLimit kExit{500 * G_TIME_SPAN_MILLISECOND, 500 * G_TIME_SPAN_MILLISECOND};
   Ending ending;
   const Outcome outcome = wait_for_end(child_, kExit, nullptr, ending);
   child_ = -1;
   socket_.reset();
-  if (outcome == Outcome::kStarved) return {{Problem::kBusy, {}}};
-  const bool killed = outcome == Outcome::kReady && was_killed(ending);
-  if (killed) return {{Problem::kBusy, {}}, false, true};
+  if (outcome != Outcome::kReady) return {{Problem::kBusy, {}}};
+  if (was_killed(ending)) {
+    Answer answer{{Problem::kBusy, {}}};
+    answer.worth_another_try = true;
+    return answer;
+  }
   if (ending.status == wire::kOutOfMemory) return {{Problem::kTooLarge, {}}};
   // Any other exit status means that it never came as far as decoding.
   if (ending.status > 0 || !by_file) return {{Problem::kNoDecoder, {}}};

@@ -249,6 +249,13 @@ TEST_F(DecodeFaults, DoesNotBlameTheFileWhenProcessesAreKilled) {
   EXPECT_EQ(decode_file(path, 100, 100).problem, Problem::kNone);
 }
 
+TEST_F(DecodeFaults, TriesOnceMoreWhenAProcessIsKilled) {
+  setenv("PB_FAULT_WHILE", dir_.write("first", "").c_str(), 1);
+  use_fault("is-killed-once");
+
+  EXPECT_EQ(decode_file(good_picture(), 100, 100).problem, Problem::kNone);
+}
+
 TEST_F(DecodeFaults, SurvivesAnIdleProcessThatIsKilled) {
   const std::string path = good_picture();
   ASSERT_EQ(decode_file(path, 100, 100).problem, Problem::kNone);

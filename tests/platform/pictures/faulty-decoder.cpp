@@ -79,7 +79,8 @@ void work_now_and_then() {
 
 }  // namespace
 
-int main() {
+int main(int argc, char **) {
+  if (argc > 1) return 4;  // nothing but plain pictures
   const char *chosen = std::getenv("PB_FAULT");
   const std::string_view fault = chosen == nullptr ? "" : chosen;
   if (fault == "exits-at-once") return 3;
@@ -94,6 +95,7 @@ int main() {
     if (fault == "hangs-at-width-77" && request.width == 77) pause();
     if (fault == "crashes") std::abort();
     if (fault == "is-killed") raise(SIGKILL);
+    if (fault == "is-killed-once" && unlink(std::getenv("PB_FAULT_WHILE")) == 0) raise(SIGKILL);
     if (fault == "is-alarmed") raise(SIGALRM);
     if (fault == "is-killed-for-now" && access(std::getenv("PB_FAULT_WHILE"), F_OK) == 0) {
       raise(SIGKILL);
