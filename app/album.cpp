@@ -38,6 +38,7 @@ void Album::enter() {
 }
 
 bool Album::key(const GdkEventKey &event) {
+  if (page_.zoom_key(event)) return true;
   if (event.keyval != GDK_KEY_Delete) return false;
   navigator_.trash(page_.path_at_cursor());
   return true;

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "album-cell.hpp"
+#include "tile-size.hpp"
 
 struct GalleryCell {
   GtkCellRenderer parent;
@@ -92,7 +93,9 @@ static void gallery_cell_get_property(GObject *object, guint id, GValue *value, 
 
 static void gallery_cell_get_size(GtkCellRenderer *cell, GtkWidget * /*widget*/, GdkRectangle *area,
                                   gint *x, gint *y, gint *width, gint *height) {
-  const GdkRectangle wanted{0, 0, kTile, private_of(cell).albums ? kAlbumCellHeight : kTile};
+  const bool albums = private_of(cell).albums;
+  const int side = albums ? kTile : gallery::tile_size();
+  const GdkRectangle wanted{0, 0, side, albums ? kAlbumCellHeight : side};
   const GdkRectangle place =
       area != nullptr ? centred({0, 0, area->width, area->height}, wanted.width, wanted.height)
                       : wanted;
@@ -102,16 +105,45 @@ static void gallery_cell_get_size(GtkCellRenderer *cell, GtkWidget * /*widget*/,
   if (height != nullptr) *height = wanted.height;
 }
 
+/// The library knows no small picture that keeps its proportions, so a large one is reduced.
+static void render_small(GtkCellRenderer *renderer, GdkDrawable *window, GtkWidget *widget,
+                         PbItem *item, const GdkRectangle &place, const GdkRectangle *exposed) {
+  const auto large = pb::Ref<GdkPixmap>::adopt(gdk_pixmap_new(window, kTile, kTile, -1));
+  GdkRectangle whole{0, 0, kTile, kTile};
+  fill_tile(large.get(), whole, nullptr);
+  GdkRectangle picture = area_of_picture(item, whole);
+  gtk_cell_renderer_render(renderer, large.get(), widget, &whole, &picture, &whole,
+                           GtkCellRendererState{});
+  cairo_t *cairo = gdk_cairo_create(window);
+  if (exposed != nullptr) {
+    gdk_cairo_rectangle(cairo, exposed);
+    cairo_clip(cairo);
+  }
+  cairo_translate(cairo, place.x, place.y);
+  const double scale = static_cast<double>(place.width) / kTile;
+  cairo_scale(cairo, scale, scale);
+  gdk_cairo_set_source_pixmap(cairo, large.get(), 0, 0);
+  cairo_pattern_set_extend(cairo_get_source(cairo), CAIRO_EXTEND_PAD);
+  cairo_rectangle(cairo, 0, 0, kTile, kTile);
+  cairo_fill(cairo);
+  cairo_destroy(cairo);
+}
+
 static void gallery_cell_render(GtkCellRenderer *cell, GdkDrawable *window, GtkWidget *widget,
                                 GdkRectangle *background, GdkRectangle *area, GdkRectangle *exposed,
                                 GtkCellRendererState flags) {
   const bool albums = private_of(cell).albums;
-  GdkRectangle place = centred(*area, kTile, albums ? kAlbumCellHeight : kTile);
+  const int side = albums ? kTile : gallery::tile_size();
+  GdkRectangle place = centred(*area, side, albums ? kAlbumCellHeight : side);
   PbItem *item = item_of(cell);
   if (!albums) fill_tile(window, place, exposed);
   if (item == nullptr) return;
   if (item->is_cluster != 0) {
     gallery::draw_album(window, widget, private_of(cell).renderer.get(), item, place, exposed);
+    return;
+  }
+  if (side < kTile) {
+    render_small(private_of(cell).renderer.get(), window, widget, item, place, exposed);
     return;
   }
   place = area_of_picture(item, place);

@@ -11,6 +11,7 @@
 #include "cell.hpp"
 #include "rows.hpp"
 #include "text.hpp"
+#include "tile-size.hpp"
 #include "widgets.hpp"
 
 namespace gallery {
@@ -47,8 +48,8 @@ Grid::Grid(const char *name, Cells cells, Activated activated)
           pb::Ref<GtkAdjustment>::sink(GTK_ADJUSTMENT(gtk_adjustment_new(0, 0, 0, 0, 0, 0)))),
       view_(pb::Ref<GtkWidget>::sink(phone_icon_view_new())),
       scroller_(pb::Ref<GtkWidget>::sink(gtk_scrolled_window_new(nullptr, adjustment()))),
-      activated_(std::move(activated)) {
-  const bool albums = cells == Cells::kAlbums;
+      activated_(std::move(activated)),
+      albums_(cells == Cells::kAlbums) {
   gtk_widget_set_name(view_.get(), name);
   auto *icons = GTK_ICON_VIEW(view_.get());
   gtk_icon_view_set_margin(icons, kGap);
@@ -56,8 +57,8 @@ Grid::Grid(const char *name, Cells cells, Activated activated)
   gtk_icon_view_set_column_spacing(icons, kGap);
   gtk_icon_view_set_item_padding(icons, 0);
   auto *view = PHONE_ICON_VIEW(view_.get());
-  phone_icon_view_set_cell(view, make_cell(albums), "item", 0);
-  phone_icon_view_set_cell_size(view, kTile, albums ? kAlbumCellHeight : kTile);
+  phone_icon_view_set_cell(view, make_cell(albums_), "item", 0);
+  take_tile_size();
 
   // The view has a handle of its own, so a bar would only take room.
   gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_.get()), GTK_POLICY_NEVER,
@@ -82,7 +83,32 @@ double Grid::row_height() const {
          gtk_icon_view_get_row_spacing(GTK_ICON_VIEW(view_.get()));
 }
 
+void Grid::take_tile_size() {
+  const int tile = albums_ ? kTile : tile_size();
+  if (tile == tile_) return;
+  tile_ = tile;
+  phone_icon_view_set_cell_size(PHONE_ICON_VIEW(view_.get()), tile,
+                                albums_ ? kAlbumCellHeight : tile);
+}
+
+void Grid::zoom(bool larger) {
+  if (albums_) return;
+  auto *view = PHONE_ICON_VIEW(view_.get());
+  int first = 0;
+  int last = 0;
+  const bool seen = phone_icon_view_get_visible_rows(view, &first, &last) != FALSE;
+  const int held = cursor();
+  set_tile_size(larger ? kLargeTile : kSmallTile);
+  take_tile_size();
+  // What somebody looks at is what the cursor is on, if it is in view at all.
+  if (seen) phone_icon_view_scroll_to_row(view, first, 0);
+  if (held >= first && held <= last) set_cursor(held);
+  if (first == 0) scroll_to(0);
+  make_missing_items_soon();
+}
+
 void Grid::show(PbItemList *list) {
+  take_tile_size();
   list_ = pb::Ref<PbItemList>::share(list);
   phone_icon_view_set_model(PHONE_ICON_VIEW(view_.get()), GTK_TREE_MODEL(list));
   make_missing_items_soon();
@@ -157,6 +183,10 @@ void Grid::on_scrolled(GtkAdjustment * /*adjustment*/, gpointer self) {
 gboolean Grid::on_wheel(GtkWidget * /*view*/, GdkEventScroll *event, gpointer self) {
   auto *grid = static_cast<Grid *>(self);
   if (event->direction != GDK_SCROLL_UP && event->direction != GDK_SCROLL_DOWN) return FALSE;
+  if ((event->state & GDK_CONTROL_MASK) != 0) {
+    grid->zoom(event->direction == GDK_SCROLL_UP);
+    return TRUE;
+  }
   const double step = event->direction == GDK_SCROLL_UP ? -grid->row_height() : grid->row_height();
   grid->scroll_to(gtk_adjustment_get_value(grid->adjustment()) + step);
   return TRUE;

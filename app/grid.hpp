@@ -45,6 +45,8 @@ class Grid {
   [[nodiscard]] Place place() const;
   [[nodiscard]] int cursor() const;
   void set_cursor(int row);
+  /// Makes the pictures of all grids larger or smaller; what is at the top stays there.
+  void zoom(bool larger);
   /// Draws what is in view again.
   void redraw();
 
@@ -54,6 +56,7 @@ class Grid {
   static gboolean on_wheel(GtkWidget *view, GdkEventScroll *event, gpointer self);
   static void on_resized(GtkWidget *widget, GtkAllocation *allocation, gpointer self);
   static gboolean make_missing_items_idle(gpointer self);
+  void take_tile_size();
   void scroll_to(double goal);
   void make_missing_items_soon();
   void make_missing_items();
@@ -63,6 +66,8 @@ class Grid {
   pb::Ref<GtkWidget> view_;
   pb::Ref<GtkWidget> scroller_;
   Activated activated_;
+  bool albums_;
+  int tile_ = 0;
   pb::Ref<PbItemList> list_;
   pb::SourceId missing_items_;
 };

@@ -139,6 +139,7 @@ void Home::update_status(const MediaIndexProgress &progress) {
 }
 
 bool Home::key(const GdkEventKey &event) {
+  if (page().zoom_key(event)) return true;
   if (event.keyval == GDK_KEY_Delete && !albums_shown_) {
     navigator_.trash(page().path_at_cursor());
     return true;

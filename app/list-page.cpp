@@ -1,5 +1,6 @@
 #include "list-page.hpp"
 
+#include <gdk/gdkkeysyms.h>
 #include <pb-app-common.h>
 
 #include <utility>
@@ -66,6 +67,23 @@ void ListPage::show_list(bool filled) {
 void ListPage::follow_current_item() {
   const int row = pb_app_common_get_instance()->item_index;
   if (row != grid_.cursor()) grid_.set_cursor(row);
+}
+
+bool ListPage::zoom_key(const GdkEventKey &event) {
+  if ((event.state & GDK_CONTROL_MASK) == 0) return false;
+  switch (event.keyval) {
+    case GDK_KEY_plus:
+    case GDK_KEY_equal:
+    case GDK_KEY_KP_Add:
+      grid_.zoom(true);
+      return true;
+    case GDK_KEY_minus:
+    case GDK_KEY_KP_Subtract:
+      grid_.zoom(false);
+      return true;
+    default:
+      return false;
+  }
 }
 
 std::string ListPage::path_at_cursor() const {

@@ -39,6 +39,8 @@ class ListPage {
   /// Moves the cursor to the library's current item, which the viewer may have changed.
   void follow_current_item();
   void redraw();
+  /// Ctrl with plus or minus: larger or smaller pictures. @return true for these keys
+  bool zoom_key(const GdkEventKey &event);
   /// Path of the file with the cursor; "" when there is none.
   [[nodiscard]] std::string path_at_cursor() const;
 
