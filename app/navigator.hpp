@@ -15,6 +15,8 @@ class Navigator {
   virtual void open_album(int row) = 0;
   /// Opens the viewer on a row of the current list, which lists files.
   virtual void open_viewer(int row) = 0;
+  /// Opens a page with all that is known of a file.
+  virtual void open_details(const std::string &path) = 0;
   /// Goes back one screen; the caller is gone afterwards.
   virtual void back() = 0;
   /// Has the lists built again, but not more than once a second.

@@ -90,7 +90,8 @@ Start read_arguments(int argc, char **argv) {
   g_option_context_set_description(
       context.get(),
       "Keys: arrows and Return to open, Escape to go back, Ctrl+1 all pictures, Ctrl+2 albums,\n"
-      "Left and Right for the previous and next picture, F11 for the full screen, Ctrl+Q to end.\n"
+      "Left and Right for the previous and next picture, F11 for the full screen, Delete for the\n"
+      "trash, F1 for all keys, Ctrl+Q to end.\n"
       "Exit codes: 0 all is well, 1 a part of the program is missing, 2 wrong usage or no "
       "display.");
   g_option_context_add_main_entries(context.get(), entries, nullptr);

@@ -20,8 +20,13 @@ class Screen {
   [[nodiscard]] virtual GtkWidget *focus() const = 0;
   [[nodiscard]] virtual std::string title() const = 0;
 
+  /// Whether the screen shows a list of its own; if not, it stands over one that does.
+  [[nodiscard]] virtual bool has_list() const { return true; }
+
   /// The screen has come to the top, for the first time or again.
   virtual void enter() = 0;
+  /// Another screen comes over this one.
+  virtual void covered() {}
   /// Another list takes the place of the screen's, which therefore lets go of it.
   virtual void leave() {}
   /// Pictures or albums came, went or moved.

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "album.hpp"
+#include "info-page.hpp"
 #include "rows.hpp"
 #include "text.hpp"
 #include "viewer.hpp"
@@ -127,6 +128,7 @@ std::string Session::places() const {
 }
 
 void Session::push(std::unique_ptr<Screen> screen) {
+  if (!screens_.empty()) top().covered();
   screens_.push_back(std::move(screen));
   pb_view_manager_add_widget(top().form(), top().focus(), top().title().c_str());
   update_title_buttons();
@@ -145,6 +147,17 @@ void Session::open_album(int row) {
 
 void Session::open_viewer(int row) {
   if (pb_app_common_navigate_item_by_index(row)) push(std::make_unique<Viewer>(*this));
+}
+
+void Session::open_details(const std::string &path) {
+  set_full_screen(false);
+  push(std::make_unique<InfoPage>(text(Text::kDetails), details_of(path)));
+}
+
+void Session::open_help() {
+  if (dynamic_cast<const InfoPage *>(screens_.back().get()) != nullptr) return;
+  set_full_screen(false);
+  push(std::make_unique<InfoPage>(text(Text::kHelp), help()));
 }
 
 void Session::back() {
@@ -235,9 +248,11 @@ gboolean Session::on_refresh_due(gpointer self) {
 
 void Session::refresh() {
   last_refresh_ = g_get_monotonic_time();
-  // The viewer looks at the list of the screen under it.
-  if (viewer_is_open()) screens_.at(screens_.size() - 2)->rows_changed();
-  top().rows_changed();
+  // A viewer looks at the list of the screen under it.
+  std::size_t first = screens_.size() - 1;
+  while (!screens_.at(first)->has_list()) --first;
+  for (std::size_t i = first; i < screens_.size(); ++i) screens_.at(i)->rows_changed();
+  pb_view_manager_set_title(top().title().c_str());
   open_file();
 }
 
@@ -272,6 +287,10 @@ gboolean Session::on_key(GtkWidget * /*window*/, GdkEventKey *event, gpointer se
     return TRUE;
   }
   const bool undoes = (event->state & GDK_CONTROL_MASK) != 0 && event->keyval == GDK_KEY_z;
+  if (event->keyval == GDK_KEY_F1) {
+    session->open_help();
+    return TRUE;
+  }
   if (undoes) return session->undo_bar_.undo() ? TRUE : FALSE;
   if (goes_back(*event)) {
     if (!session->top().back()) session->back();

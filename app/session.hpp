@@ -29,6 +29,7 @@ class Session : public Navigator {
 
   void open_album(int row) override;
   void open_viewer(int row) override;
+  void open_details(const std::string &path) override;
   void back() override;
   void refresh_soon() override;
   bool trash(const std::string &path) override;
@@ -51,6 +52,7 @@ class Session : public Navigator {
   void push(std::unique_ptr<Screen> screen);
   void refresh();
   void update_status();
+  void open_help();
   void take_back(const Trashed &trashed);
   void open_file();
   void update_title_buttons();

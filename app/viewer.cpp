@@ -168,6 +168,7 @@ void Viewer::go_to(int row) {
 }
 
 void Viewer::tapped() {
+  if (stop_slideshow()) return;
   if (shown_.video) {
     play();
   } else {
@@ -177,6 +178,31 @@ void Viewer::tapped() {
 
 void Viewer::trash() {
   if (!gone_ && navigator_.trash(shown_.path)) trashed_ = shown_.id;
+}
+
+void Viewer::start_slideshow() {
+  constexpr guint kSecondsEach = 3;
+  canvas_.zoom_to_fit();
+  navigator_.set_full_screen(true);
+  slideshow_ = pb::SourceId(gdk_threads_add_timeout_seconds(kSecondsEach, on_slide_due, this));
+}
+
+/// @return true when there was one
+bool Viewer::stop_slideshow() {
+  if (!slideshow_.pending()) return false;
+  slideshow_.remove();
+  navigator_.set_full_screen(false);
+  return true;
+}
+
+gboolean Viewer::on_slide_due(gpointer self) {
+  auto *viewer = static_cast<Viewer *>(self);
+  if (pb_app_common_check_next_item_exist()) {
+    viewer->step(1);
+  } else {
+    viewer->go_to(0);
+  }
+  return G_SOURCE_CONTINUE;
 }
 
 void Viewer::play() {
@@ -328,12 +354,25 @@ bool Viewer::key(const GdkEventKey &event) {
     case GDK_KEY_End:
       go_to(pb_item_list_get_length(pb_app_common_get_item_list()) - 1);
       return true;
+    case GDK_KEY_i:
+      navigator_.open_details(shown_.path);
+      return true;
     case GDK_KEY_Return:
     case GDK_KEY_KP_Enter:
+      if ((event.state & GDK_MOD1_MASK) != 0) {
+        navigator_.open_details(shown_.path);
+        return true;
+      }
       if (!shown_.video || !gtk_widget_has_focus(canvas_.widget())) return false;
       play();
       return true;
+    case GDK_KEY_space:
+      // A button that has the keyboard is pressed by this key.
+      if (!gtk_widget_has_focus(canvas_.widget())) return false;
+      if (!stop_slideshow()) start_slideshow();
+      return true;
     case GDK_KEY_Delete:
+      stop_slideshow();
       trash();
       return true;
     case GDK_KEY_F11:
@@ -348,6 +387,7 @@ bool Viewer::key(const GdkEventKey &event) {
 void Viewer::full_screen_changed(bool full) { set_shown(bar_, !full); }
 
 bool Viewer::back() {
+  if (stop_slideshow()) return true;
   if (canvas_.is_enlarged()) {
     canvas_.zoom_to_fit();
     return true;

@@ -22,7 +22,9 @@ class Viewer : public Screen {
   [[nodiscard]] GtkWidget *form() const override { return form_.get(); }
   [[nodiscard]] GtkWidget *focus() const override { return canvas_.widget(); }
   [[nodiscard]] std::string title() const override { return name_; }
+  [[nodiscard]] bool has_list() const override { return false; }
   void enter() override { update(); }
+  void covered() override { stop_slideshow(); }
   void thumbnails_arrived() override;
   /// The list was built again, and the library's current item may be another one.
   void rows_changed() override;
@@ -52,6 +54,9 @@ class Viewer : public Screen {
   void tapped();
   void play();
   void trash();
+  void start_slideshow();
+  bool stop_slideshow();
+  static gboolean on_slide_due(gpointer self);
   void load_full();
   void drop_full();
   static void on_full_loaded(guint request, GdkPixbuf *pixbuf, const gchar *problem, gpointer self);
@@ -74,6 +79,7 @@ class Viewer : public Screen {
   std::string name_;
   int direction_ = 1;  ///< the way that was gone last; what lies there is loaded first
   gint trashed_ = 0;   ///< id of the item that was thrown away here
+  pb::SourceId slideshow_;
   bool no_player_ = false;
   bool gone_ = false;  ///< the item that is shown is not listed any more
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  ///< for what ends after the viewer

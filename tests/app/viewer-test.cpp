@@ -222,6 +222,28 @@ TEST_F(Viewer, GivesTheScreenBackWithEscape) {
   EXPECT_EQ(title(), "green.png");
 }
 
+TEST_F(Viewer, ShowsOnePictureAfterAnotherFromSpaceOn) {
+  open_green();
+
+  press("space");
+
+  EXPECT_TRUE(has_title("yellow.png"));
+  EXPECT_TRUE(has_title("red.png"));
+}
+
+TEST_F(Viewer, EndsTheSlideshowWithEscape) {
+  open_green();
+  press("space");
+  settle();
+
+  press("Escape");
+  settle();
+
+  EXPECT_EQ(title(), "green.png");
+  press("Escape");
+  EXPECT_TRUE(has_title("All pictures"));
+}
+
 TEST_F(Viewer, SaysThatThePictureIsNoLongerThere) {
   open_green();
 
