@@ -93,6 +93,9 @@ CREATE TABLE web_album_files(
   naid INTEGER NOT NULL,
   nfid INTEGER NOT NULL,
   PRIMARY KEY(naid, nfid)) WITHOUT ROWID;
+)sql",
+                                                                 R"sql(
+CREATE INDEX files_by_time ON files(mtime, size);
 )sql"};
 
 struct Kind {

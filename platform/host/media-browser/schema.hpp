@@ -8,7 +8,7 @@ namespace phone::media {
 /// Version of the index that this program writes.
 inline constexpr int kIndexVersion = 2;
 /// Version of the user's data that this program writes.
-inline constexpr int kUserVersion = 1;
+inline constexpr int kUserVersion = 2;
 
 enum class Prepared {
   kReady,

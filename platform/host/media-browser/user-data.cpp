@@ -1,5 +1,7 @@
 #include "media-browser/user-data.hpp"
 
+#include <sys/stat.h>
+
 #include "media-browser/storage.hpp"
 
 namespace phone::media {
@@ -12,23 +14,54 @@ constexpr const char *kGeneration = "SELECT value FROM meta WHERE key = 'generat
 
 UserData::File file_of(const Cursor &row) { return {row.number(0), row.integer(1)}; }
 
+UserData::Known known_of(const Cursor &row) {
+  return {file_of(row), std::string(row.text(2)), static_cast<guint64>(row.integer(3)), false};
+}
+
+std::string_view name_of(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
 }  // namespace
 
 UserData::UserData(std::string &problem) {
   if (!open_user_data(database_, problem)) return;
-  by_path_ = database_.prepare("SELECT flags, nfid FROM files WHERE path = ? AND gone = 0");
-  by_identity_ =
-      database_.prepare("SELECT flags, nfid FROM files WHERE inode = ? AND size = ? AND mtime = ?");
+  by_path_ =
+      database_.prepare("SELECT flags, nfid, path, inode FROM files WHERE path = ? AND gone = 0");
+  by_identity_ = database_.prepare(
+      "SELECT flags, nfid, path, inode FROM files WHERE inode = ? AND size = ? AND mtime = ?");
+  by_time_ = database_.prepare(
+      "SELECT flags, nfid, path, inode FROM files INDEXED BY files_by_time "
+      "WHERE mtime = ? AND size = ?");
   empty_ = database_.ask("SELECT count(*) FROM (SELECT 1 FROM files LIMIT 1)", 0) == 0;
 }
 
 UserData::File UserData::find(std::string_view path, const FileState &state) const {
   const std::scoped_lock lock(mutex_);
+  return find_locked(path, state).file;
+}
+
+UserData::Known UserData::find_locked(std::string_view path, const FileState &state) const {
   if (Cursor row(by_identity_, state.inode, state.size, state.mtime); row.next()) {
-    return file_of(row);
+    return known_of(row);
   }
-  if (Cursor row(by_path_, path); row.next()) return file_of(row);
+  if (Cursor row(by_path_, path); row.next()) return known_of(row);
   return {};
+}
+
+UserData::Known UserData::look_up(std::string_view path, const FileState &state) const {
+  const std::scoped_lock lock(mutex_);
+  Known known = find_locked(path, state);
+  if (!known.path.empty()) return known;
+  // A move to another file system keeps the name and the time of change to the nanosecond.
+  Cursor row(by_time_, state.mtime, state.size);
+  while (row.next()) {
+    struct stat info;
+    const std::string old_path(row.text(2));
+    if (name_of(old_path) != name_of(path) || lstat(old_path.c_str(), &info) == 0) continue;
+    known = known_of(row);
+    known.copied = true;
+    return known;
+  }
+  return known;
 }
 
 bool UserData::empty() const {
@@ -77,6 +110,15 @@ bool UserData::follow(const News &news) {
         "WHERE path = ':' || ?1 || ?2");
     const Statement go = database.prepare("UPDATE files SET gone = 1 WHERE path = ?");
     bool good = true;
+    const Statement copy = database.prepare(
+        "INSERT OR IGNORE INTO files(path, inode, size, mtime, flags, nfid) "
+        "SELECT ?2, ?3, ?4, ?5, flags, nfid FROM files WHERE path = ?1");
+    for (const Change &change : news.copies) {
+      good =
+          good && Cursor(copy, std::string_view(change.old_path), std::string_view(change.new_path),
+                         change.new_state.inode, change.new_state.size, change.new_state.mtime)
+                      .run();
+    }
     for (const std::string &path : news.gone) good = good && Cursor(go, path).run();
     int number = 0;
     for (const Change &change : news.changes) {

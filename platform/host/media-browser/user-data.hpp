@@ -39,6 +39,15 @@ class UserData {
   /// What is known of a file. A file is known by its identity, wherever it lies, and by its path
   /// unless it has been seen to go from there.
   [[nodiscard]] File find(std::string_view path, const FileState &state) const;
+  /// What is known of a file, and where it was when it became known.
+  struct Known {
+    File file;
+    std::string path;
+    guint64 inode = 0;
+    bool copied = false;  ///< known by name, size and time only: moved to another file system
+  };
+  /// As find(), for a file that has just been found.
+  [[nodiscard]] Known look_up(std::string_view path, const FileState &state) const;
   /// Whether nothing is known of any file.
   [[nodiscard]] bool empty() const;
   /// @return the generation from then on; -1 when it could not be written, and nothing has changed
@@ -47,10 +56,13 @@ class UserData {
   /// What has happened to files and folders since people said something about them.
   struct News {
     std::vector<Change> changes;    ///< files that were renamed or changed
+    std::vector<Change> copies;     ///< files that were moved from another file system
     std::vector<std::string> gone;  ///< files
     std::vector<std::pair<std::string, std::string>> folders;  ///< old and new paths
 
-    [[nodiscard]] bool empty() const { return changes.empty() && gone.empty() && folders.empty(); }
+    [[nodiscard]] bool empty() const {
+      return changes.empty() && copies.empty() && gone.empty() && folders.empty();
+    }
   };
   bool follow(const News &news);
   /// Runs a function that adds to what is known, in a transaction that is kept when it returns
@@ -72,12 +84,14 @@ class UserData {
   bool change(const std::function<bool(const Database &)> &function) const;
 
  private:
+  [[nodiscard]] Known find_locked(std::string_view path, const FileState &state) const;
   bool change_locked(const std::function<bool(const Database &)> &function) const;
 
   mutable std::mutex mutex_;
   Database database_;
   Statement by_path_;
   Statement by_identity_;
+  Statement by_time_;
   bool empty_ = true;
 };
 

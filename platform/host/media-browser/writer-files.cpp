@@ -83,9 +83,20 @@ std::optional<FileRow> Writer::moved_from(const Found &found) const {
   return std::nullopt;
 }
 
+UserData::File Writer::told_of(const std::string &path, const FileState &state) {
+  if (user_data_.empty()) return {};
+  UserData::Known known = user_data_.look_up(path, state);
+  if (known.path.empty() || known.file.empty()) return known.file;
+  if (known.copied) {
+    user_news_.copies.push_back({known.path, known.inode, path, state});
+  } else if (known.path != path && !is_still_at(known.path, state.inode)) {
+    user_news_.changes.push_back({known.path, known.inode, path, state});
+  }
+  return known.file;
+}
+
 void Writer::add(AlbumRow &album, const Found &found) {
-  UserData::File known;
-  if (!user_data_.empty()) known = user_data_.find(join(album.path, found.name), found.state);
+  const UserData::File known = told_of(join(album.path, found.name), found.state);
   const gint32 id = last_id_ + 1;
   const int file_class = class_in(album, found.kind);
   tables_->add_file(id, album.id, file_class, found, known.flags, known.nfid);

@@ -103,6 +103,8 @@ class Writer {
   void store_one(const Found &found);
   void store_replacements();
   void add(AlbumRow &album, const Found &found);
+  /// What people have said of a file that is new here, wherever they said it.
+  UserData::File told_of(const std::string &path, const FileState &state);
   void replace(const FileRow &row, AlbumRow &album, const Found &found);
   void bury(const FileRow &row);
   /// Has the thumbnail of a file as it was removed, unless the file is found again.

@@ -136,6 +136,51 @@ TEST_F(UserFiles, KeepFavouritesOfChangedFilesWhenTheIndexIsLost) {
   EXPECT_TRUE(favourite("a.jpg"));
 }
 
+TEST_F(UserFiles, KeepFavouritesOfFilesMovedFromAnotherFileSystem) {
+  const std::string old = library_.add("x/a.jpg", 1'600'000'000);
+  library_.start();
+  make_favourite("x/a.jpg");
+  library_.stop();
+  // The copy has another inode, but the name, size and time of the file.
+  library_.add("y/a.jpg", 1'600'000'000);
+  ASSERT_EQ(unlink(old.c_str()), 0);
+
+  library_.start();
+  EXPECT_TRUE(favourite("y/a.jpg"));
+  lose_index();
+  library_.start();
+
+  EXPECT_TRUE(favourite("y/a.jpg"));
+}
+
+TEST_F(UserFiles, DoNotPassAFavouriteToACopy) {
+  library_.add("x/a.jpg", 1'600'000'000);
+  library_.start();
+  make_favourite("x/a.jpg");
+
+  library_.add("y/a.jpg", 1'600'000'000);
+  library_.rescan();
+
+  EXPECT_TRUE(favourite("x/a.jpg"));
+  EXPECT_FALSE(favourite("y/a.jpg"));
+}
+
+TEST_F(UserFiles, KeepFavouritesOfFilesRenamedWithoutAnIndexAndChangedLater) {
+  library_.add("a.jpg");
+  library_.start();
+  make_favourite("a.jpg");
+  lose_index();
+  move("a.jpg", "b.jpg");
+  library_.start();
+  library_.add("b.jpg", 1'800'000'000);
+  library_.rescan();
+  lose_index();
+
+  library_.start();
+
+  EXPECT_TRUE(favourite("b.jpg"));
+}
+
 TEST_F(UserFiles, KeepFavouritesOfARenamedFolder) {
   library_.add("x/a.jpg");
   library_.start();
