@@ -176,14 +176,14 @@ TEST_F(StickyList, LeavesStringsOpenThatWereOpen) {
   EXPECT_STREQ(pb_get_res_string(1000), "string 0");
 }
 
-TEST_F(StickyList, HasHeadersWithoutTextWhenThereAreNone) {
+TEST_F(StickyList, HasTheNumbersOfTextsThatAreMissing) {
   fake::platform().rsrc_get_string = [](gint, gint) -> const gchar * { return nullptr; };
-  const ListPtr list = list_of(1);
+  const ListPtr list = list_of(2);
+  lock({1});
 
   const ListPtr grouped = regroup(list);
 
-  EXPECT_EQ(pb_item_list_get_length(grouped.get()), 2);
-  EXPECT_FALSE(read_row(grouped, 0).has_title);
+  EXPECT_THAT(rows_of(grouped), ElementsAre("1059", "1 at 0", "1099", "2 at 1"));
 }
 
 TEST_F(StickyList, GivesTwoReferences) {
