@@ -52,7 +52,8 @@ Ref<PbItem> make_local_item(const char *entry, gint id) {
   return item;
 }
 
-/// Makes the item of a file that the server has, from the local copy where there is one.
+}  // namespace
+
 Ref<PbItem> make_server_item(const char *entry, gint64 id) {
   FmVeskFileRecord record{};
   gint error = 0;
@@ -66,7 +67,17 @@ Ref<PbItem> make_server_item(const char *entry, gint64 id) {
   return make_web_item(record);
 }
 
-}  // namespace
+Ref<PbItem> make_album(const char *entry, FmAlbumRecord *album) {
+  gint count = album->web_file_count;
+  if (album->kind == 0) {
+    count = count_album(entry, album);
+    take_last_added_cover(album);
+  }
+  auto item = Ref<PbItem>::adopt(pb_item_new());
+  pb_item_set_album_info_ex(item.get(), album->album_id, text_of(album->name).get(),
+                            text_of(album->cover_path).get(), album->naid, count, album->attribute);
+  return item;
+}
 
 void fill_album_row(const char *entry, PbItemList *list, gint row) {
   auto *album = private_of(list).records.at<FmAlbumRecord>(row);
@@ -74,14 +85,7 @@ void fill_album_row(const char *entry, PbItemList *list, gint row) {
     LOG_FOR(entry, PB_LOG_WARNING, "album_record is null when row=%d\n", row);
     return;
   }
-  gint count = album->web_file_count;
-  if (album->kind == 0) {
-    count = count_album(entry, album);
-    take_last_added_cover(album);
-  }
-  const auto item = Ref<PbItem>::adopt(pb_item_new());
-  pb_item_set_album_info_ex(item.get(), album->album_id, text_of(album->name).get(),
-                            text_of(album->cover_path).get(), album->naid, count, album->attribute);
+  const auto item = make_album(entry, album);
   set_row(list, row, item.get(), thumbnail_of(item.get(), Thumbnail::kLoad).get());
 }
 

@@ -114,6 +114,11 @@ void set_marks(PbItem *item, const MbItem &record);
 [[nodiscard]] Ref<PbItem> make_file_item(const MbItem &record, gint nfid);
 /// Makes the item of a file that only the web-album server has.
 [[nodiscard]] Ref<PbItem> make_web_item(const FmVeskFileRecord &record);
+/// Makes the item of a file that the server has, from the local copy where there is one. None
+/// when the service cannot read it.
+[[nodiscard]] Ref<PbItem> make_server_item(const char *entry, gint64 id);
+/// Makes the item of an album. The cover path of a local album becomes that of its last file.
+[[nodiscard]] Ref<PbItem> make_album(const char *entry, FmAlbumRecord *album);
 
 /// The held record of a row; NULL when it is not held.
 [[nodiscard]] const MbItem *held_record(PbItemList *list, gint row);
@@ -195,6 +200,9 @@ void hold_first_page(const char *entry, PbItemList *list);
 [[nodiscard]] bool select_shared_albums(const char *entry, RecordList &albums);
 [[nodiscard]] bool select_shared_records(const char *entry, PbItemList *list, RecordList &records);
 
+/// The filter for files of the whole library, fixed or from the settings.
+[[nodiscard]] gint64 shared_filter(const char *entry, gint category, gint sorted);
+
 enum class FileSelection { kSelected, kNothing, kNoMemory };
 [[nodiscard]] FileSelection select_shared_files(const char *entry, gint album_id, FileList &files);
 /// @}
@@ -208,7 +216,11 @@ void disconnect_fill_handlers(PbItemList *list, GCallback fill);
 void remove_idle_source(PbItemListPrivate &priv);
 /// Stops following the adjustment and forgets it.
 void release_adjustment(PbItemList *list);
+/// The first row of the line of icons that has a height; lines are cut toward zero.
+[[nodiscard]] gint row_at_height(gdouble y, gdouble row_height, gint columns);
 /// First visible row by the adjustment, the view's top margin taken off; 0 without a view.
+[[nodiscard]] gint first_visible_row(GtkIconView *view, GtkAdjustment *adjustment,
+                                     gdouble row_height, gint columns);
 [[nodiscard]] gint first_visible_row(const PbItemListPrivate &priv);
 /// @}
 

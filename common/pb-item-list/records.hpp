@@ -43,6 +43,11 @@ class RecordList {
   [[nodiscard]] gint length() const;
   /// Borrowed. Remove links through remove() only.
   [[nodiscard]] GList *get() const { return list_; }
+  /// Hands the list and its records to the caller (transfer full).
+  [[nodiscard]] GList *release() {
+    index_ = {};
+    return std::exchange(list_, nullptr);
+  }
   /// Borrowed; NULL outside the list, and when the records are not of that kind.
   template <typename Record>
   [[nodiscard]] Record *at(gint position) const {

@@ -17,17 +17,11 @@ namespace {
 constexpr gint kIdlePriority = 130;  // after drawing and input
 constexpr gint kFirstFillItems = 12;
 
-/// Rows are counted from whole lines of icons, cut toward zero.
-gint row_at_height(const PbItemListPrivate &priv, gdouble y) {
-  const gdouble limit = G_MAXINT / 2.0 / priv.columns;
-  const gdouble line = std::clamp(y / priv.row_height, -limit, limit);
-  return static_cast<gint>(line) * priv.columns;
-}
-
 /// The first fill counts from the adjustment alone, without the view's top margin.
 gint first_row_without_margin(const PbItemListPrivate &priv) {
   if (!(priv.row_height > 0)) return 0;
-  return row_at_height(priv, gtk_adjustment_get_value(priv.vadjustment.get()));
+  return pb::item_list::row_at_height(gtk_adjustment_get_value(priv.vadjustment.get()),
+                                      priv.row_height, priv.columns);
 }
 
 void start_idle(PbItemList *list) {
@@ -134,12 +128,22 @@ bool refresh_row(const char *entry, PbItemList *list, GtkTreeIter *iter, gint ro
 
 namespace pb::item_list {
 
+gint row_at_height(gdouble y, gdouble row_height, gint columns) {
+  const gdouble limit = G_MAXINT / 2.0 / columns;
+  const gdouble line = std::clamp(y / row_height, -limit, limit);
+  return static_cast<gint>(line) * columns;
+}
+
+gint first_visible_row(GtkIconView *view, GtkAdjustment *adjustment, gdouble row_height,
+                       gint columns) {
+  if (view == nullptr || adjustment == nullptr || !(row_height > 0)) return 0;
+  return row_at_height(gtk_adjustment_get_value(adjustment) - gtk_icon_view_get_top_margin(view),
+                       row_height, columns);
+}
+
 gint first_visible_row(const PbItemListPrivate &priv) {
-  GtkIconView *view = priv.icon_view.get();
-  GtkAdjustment *adjustment = priv.vadjustment.get();
-  if (view == nullptr || adjustment == nullptr || !(priv.row_height > 0)) return 0;
-  return row_at_height(priv,
-                       gtk_adjustment_get_value(adjustment) - gtk_icon_view_get_top_margin(view));
+  return first_visible_row(priv.icon_view.get(), priv.vadjustment.get(), priv.row_height,
+                           priv.columns);
 }
 
 }  // namespace pb::item_list

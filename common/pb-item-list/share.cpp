@@ -66,17 +66,6 @@ bool copy_files(const char *entry, const FileList &all, const std::vector<gint> 
   return true;
 }
 
-/// The filter for files of the whole library, fixed or from the settings.
-gint64 shared_filter(const char *entry, gint category, gint sorted) {
-  if (sorted == 0) return category == kCameraFiles ? 0x13 : 3;
-  gint sort = 0;
-  gint64 filter = 0;
-  pb_app_common_get_filter_sort_type(&sort, &filter);
-  LOG_FOR(entry, PB_LOG_INFO, "sort_type=%d, filter=%d\n", sort, low_word(filter));
-  // The camera sentinel goes to the service as it is.
-  return pb::item_list::resolve_default_filter(filter);
-}
-
 /// Removes the files without a web copy. A record that cannot be read is tried again.
 void keep_web_copies(const char *entry, RecordList &records) {
   for (GList *link = records.get(); link != nullptr;) {
@@ -97,6 +86,16 @@ void keep_web_copies(const char *entry, RecordList &records) {
 }  // namespace
 
 namespace pb::item_list {
+
+gint64 shared_filter(const char *entry, gint category, gint sorted) {
+  if (sorted == 0) return category == kCameraFiles ? 0x13 : 3;
+  gint sort = 0;
+  gint64 filter = 0;
+  pb_app_common_get_filter_sort_type(&sort, &filter);
+  LOG_FOR(entry, PB_LOG_INFO, "sort_type=%d, filter=%d\n", sort, low_word(filter));
+  // The camera sentinel goes to the service as it is.
+  return resolve_default_filter(filter);
+}
 
 bool select_shared_albums(const char *entry, RecordList &albums) {
   if (!fetch_albums(albums)) {
