@@ -141,9 +141,16 @@ static gboolean pb_split_list_fill_at_idle_cb(gpointer data) {
   const auto self = pb::Ref<PbSplitList>::share(PB_SPLIT_LIST(data));
   PbSplitListPrivate &priv = private_of(self.get());
   const gint source = priv.fill_source;
+  const gint rows = pb::split_list::row_count(self.get());
   const bool more = pb::split_list::fill_slice(__func__, self.get());
   const bool renumbering = renumber_slice(self.get());
   if (priv.fill_source != source) return FALSE;
+  // A refresh that is over has not met the rows that came into view since.
+  const bool idle = priv.refresh_source == pb::split_list::kNoSource;
+  const bool seen = rows < priv.view_start + priv.refresh_count + priv.rows_ahead;
+  if (idle && seen && pb::split_list::row_count(self.get()) > rows) {
+    pb::split_list::start_refresh(self.get());
+  }
   if (more || renumbering) return TRUE;
   priv.fill_source = 0;
   return FALSE;
