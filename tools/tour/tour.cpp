@@ -85,10 +85,34 @@ std::vector<Step> walk() {
          tour::pause(600);
          screen.drag(380, 400, 100, 400);
        }},
+      {"viewer-closer", "Plus and the wheel look closer, with all that the picture has.", "",
+       [](const tour::Screen &screen) {
+         keys(screen, {"Right", "Right"});
+         screen.settle(kQuietMs, kTimeoutMs);
+         keys(screen, {"plus", "plus"});
+       }},
+      {"details", "What is known of the picture.", "Details",
+       [](const tour::Screen &screen) { keys(screen, {"alt+Return"}); }},
       {"back", "Escape goes back to where the viewer left the list.", "All pictures",
-       [](const tour::Screen &screen) { keys(screen, {"Escape"}); }},
+       [](const tour::Screen &screen) {
+         keys(screen, {"Escape"});
+         tour::pause(500);
+         keys(screen, {"Escape", "Escape"});
+       }},
+      {"deleted", "A picture goes to the trash, and the bar takes that back.", "All pictures",
+       [](const tour::Screen &screen) { keys(screen, {"Delete"}); }},
+      {"small", "Ctrl and minus show six pictures in a row.", "All pictures",
+       [](const tour::Screen &screen) {
+         keys(screen, {"ctrl+z", "ctrl+minus"});
+       }},
+      {"help", "F1 tells the keys.", "Help",
+       [](const tour::Screen &screen) { keys(screen, {"F1"}); }},
       {"albums", "Albums with cover, name and number of files.", "Albums",
-       [](const tour::Screen &screen) { keys(screen, {"ctrl+2"}); }},
+       [](const tour::Screen &screen) {
+         keys(screen, {"Escape"});
+         tour::pause(500);
+         keys(screen, {"ctrl+plus", "ctrl+2"});
+       }},
       {"album", "The contents of an album.", "",
        [](const tour::Screen &screen) {
          keys(screen, {"Home", "Return"});
