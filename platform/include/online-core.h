@@ -49,7 +49,8 @@ gint vesk_svc_core_deregister_noti_callback(guint32 handle, const gint *categori
                                             vesk_noti_cb callback);
 
 /**
- * Ends a registration. Replies to its requests are dropped, and their user data is freed.
+ * Ends a registration. Replies to its requests are dropped; their user data is left alone, the
+ * caller frees it.
  *
  * @param handle handle of the registration
  * @return 1 on success
