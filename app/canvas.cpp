@@ -144,9 +144,10 @@ gboolean Canvas::on_release(GtkWidget * /*area*/, GdkEventButton *event, gpointe
   auto *canvas = static_cast<Canvas *>(self);
   if (event->button != 1 || !canvas->pressed_) return FALSE;
   canvas->pressed_ = false;
+  const bool dragged = std::exchange(canvas->dragging_, false);
   if (canvas->is_enlarged()) {
-    if (!canvas->dragging_) canvas->tap(canvas->width() / 2.0);
-  } else if (canvas->dragging_) {
+    if (!dragged) canvas->tap(canvas->width() / 2.0);
+  } else if (dragged) {
     canvas->let_go(event->x, event->time);
   } else {
     canvas->tap(event->x);

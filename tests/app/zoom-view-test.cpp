@@ -87,6 +87,19 @@ TEST_F(ZoomedView, GrowsWithPlus) {
   EXPECT_TRUE(has_height(480));
 }
 
+TEST_F(ZoomedView, GrowsAfterASwipeToo) {
+  open_red();
+  swipe(400, 80);
+  ASSERT_TRUE(has_title("yellow.png"));
+  swipe(80, 400);
+  ASSERT_TRUE(has_title("red.png"));
+  ASSERT_TRUE(has_height(320));
+
+  press("plus");
+
+  EXPECT_TRUE(has_height(480));
+}
+
 TEST_F(ZoomedView, ShrinksWithMinus) {
   open_red();
   press("plus");
