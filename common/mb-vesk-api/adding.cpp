@@ -22,6 +22,7 @@ void log_refusal(gint status) {
 }
 
 void send_batch(gint64 album_id, std::vector<gint64> &batch) {
+  pb::vesk::note_asked(VESK_CONTENT_REQ_ALBUM_ADDCONTENT, static_cast<gint>(batch.size()));
   const gint status = vesk_svc_content_album_addcontent(
       veskMediaHandle, static_cast<gint>(batch.size()), batch.data(), album_id, nullptr);
   if (status != kAccepted) log_refusal(status);

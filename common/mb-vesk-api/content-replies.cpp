@@ -2,7 +2,6 @@
 #include <media-browser.h>
 #include <media-mirror.h>
 #include <pb-debug.h>
-#include <pb-util-resource.h>
 
 #include <algorithm>
 #include <cstring>
@@ -14,12 +13,8 @@ using pb::vesk::ContentReply;
 namespace {
 
 constexpr gint32 kServiceRefused = 10;
-/// Bytes of the text that counts what was added.
-constexpr gsize kAddedTextLength = 20;
 
-void close_with(gint text) {
-  pb::vesk::close_dialog_later(pb::vesk::kResultPopupMs, pb_get_res_string(text));
-}
+void close_with(gint text) { pb::vesk::close_dialog_later(pb::vesk::kResultPopupMs, text); }
 
 /// Ids below 1 stand for what failed.
 bool is_done(gint64 id) { return id >= 1; }
@@ -56,17 +51,8 @@ void log_ids(const ContentReply &reply) {
 
 void handle_added(const ContentReply &reply) {
   const gint added = count_done(reply.ids);
-  if (added == 0) {
-    pb::vesk::close_dialog_later(pb::vesk::kClosingMs,
-                                 pb_get_res_string(pb::vesk::kNothingAddedText));
-    return;
-  }
-  const gchar *word = pb_get_res_string(pb::vesk::kAddedText);
-  const pb::StringPtr whole(g_strdup_printf("%d %s", added, word != nullptr ? word : ""));
-  gchar text[kAddedTextLength + 1];
-  pb::vesk::set_text(text, whole.get());
-  pb::vesk::set_pending_text(text);
-  pb::vesk::close_dialog_later(pb::vesk::kClosingMs, text);
+  pb::vesk::close_dialog_later(
+      pb::vesk::kClosingMs, added > 0 ? pb::vesk::kAddedText : pb::vesk::kNothingAddedText, added);
 }
 
 /// Brings the mirror's album up to date after contents of it were deleted.
@@ -88,7 +74,7 @@ void handle_deleted(ContentReply reply) {
   std::erase_if(reply.ids, [](gint64 id) { return !is_done(id); });
   if (reply.ids.empty() || reply.user_data.album_id == nullptr) {
     VESK_NOTI_LOG(PB_LOG_ERROR, " VESK_CONTENT_REQ_ALBUM_DELETECONTENT FAILS\n");
-    pb::vesk::close_dialog_later(pb::vesk::kClosingMs, nullptr);
+    pb::vesk::close_dialog_later(pb::vesk::kClosingMs, pb::vesk::kNoText);
     return;
   }
   VESK_NOTI_LOG(PB_LOG_INFO, " VESK_CONTENT_REQ_ALBUM_DELETECONTENT SUCCCESS\n");
@@ -102,7 +88,7 @@ void handle_deleted(ContentReply reply) {
                   error);
   }
   store_album(naid);
-  pb::vesk::close_dialog_later(pb::vesk::kClosingMs, nullptr);
+  pb::vesk::close_dialog_later(pb::vesk::kClosingMs, pb::vesk::kNoText);
   pb::vesk::rebuild_later();
 }
 

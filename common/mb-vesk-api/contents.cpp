@@ -167,6 +167,7 @@ gint mb_vesk_media_add_content_to_web_album(guint32 handle, const gint64 *conten
     return 0;
   }
   std::copy_n(content_ids, length, ids.get());
+  pb::vesk::note_asked(VESK_CONTENT_REQ_ALBUM_ADDCONTENT, static_cast<gint>(length));
   const gint status = vesk_svc_content_album_addcontent(
       handle_or_own(handle), static_cast<gint>(length), ids.get(), album_id, nullptr);
   if (status != kAccepted) {

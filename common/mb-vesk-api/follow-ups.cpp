@@ -4,7 +4,6 @@
 #include <pb-app-common.h>
 #include <pb-debug.h>
 #include <pb-util-dialog.h>
-#include <pb-util-resource.h>
 #include <pb-util-settings.h>
 
 #include <algorithm>
@@ -61,6 +60,7 @@ gboolean lower_album_count_idle(gpointer removed) {
 }
 
 void publish_to_group(gint64 content_id) {
+  pb::vesk::note_asked(VESK_CONTENT_REQ_FILE_PUBLISH, 1);
   const gint status =
       vesk_svc_content_file_publish(veskMediaHandle, 1, &content_id, g_share_group, nullptr);
   VESK_NOTI_LOG(status == kAccepted ? PB_LOG_INFO : PB_LOG_ERROR, " Vp_status = %d \n", status);
@@ -81,9 +81,8 @@ gboolean follow_upload_idle(gpointer data) {
   } else if (goes_on && upload->mode == VESK_UPLOAD_GROUP) {
     publish_to_group(upload->content_id);
   } else {
-    pb::vesk::close_dialog_later(
-        pb::vesk::kResultPopupMs,
-        pb_get_res_string(uploaded ? pb::vesk::kUploadedText : pb::vesk::kUploadFailedText));
+    pb::vesk::close_dialog_later(pb::vesk::kResultPopupMs,
+                                 uploaded ? pb::vesk::kUploadedText : pb::vesk::kUploadFailedText);
   }
   return FALSE;
 }

@@ -5,8 +5,6 @@
 #include <pb-util-resource.h>
 #include <pb-view-manager.h>
 
-#include <mutex>
-
 #include "private.hpp"
 
 namespace {
@@ -15,60 +13,57 @@ namespace {
 /// and fires. Main loop.
 gint g_guard_tag = -1;
 
-struct PendingText {
-  std::mutex mutex;
-  pb::StringPtr text;  // guarded by mutex
-};
+/// Bytes of the text that counts what was added.
+constexpr gsize kCountedLength = 20;
 
-/// Never destroyed: replies may come while the process ends.
-PendingText &pending_text() {
-  static auto *instance = new PendingText;
-  return *instance;
-}
-
-pb::StringPtr take_pending_text() {
-  const std::scoped_lock lock(pending_text().mutex);
-  return std::move(pending_text().text);
-}
-
-/// What a source that ends the waiting dialog shows afterwards.
+/// What a source that ends the waiting dialog shows afterwards. Numbers, so that a thread of the
+/// service neither looks strings up nor keeps one.
 struct Closing {
-  pb::StringPtr text;
+  gint text;
+  gint count;
 };
 
 void free_closing(gpointer data) { delete static_cast<Closing *>(data); }
 
+pb::StringPtr counted_text(gint count, const gchar *word) {
+  const pb::StringPtr whole(g_strdup_printf("%d %s", count, word != nullptr ? word : ""));
+  gchar text[kCountedLength + 1];
+  pb::vesk::set_text(text, whole.get());
+  return pb::StringPtr(g_strdup(text));
+}
+
 gboolean close_dialog_timeout(gpointer data) {
-  // Taken out first: removing the guard may free what this source was given.
-  const pb::StringPtr text = std::move(static_cast<Closing *>(data)->text);
+  // Copied first: removing the guard may free what this source was given.
+  const Closing closing = *static_cast<const Closing *>(data);
   mb_vesk_media_destroy_timer();
   if (pb_dialog_check_exist()) pb_dialog_destroy();
-  if (text != nullptr) mb_show_popup(pb_view_manager_get_window(), text.get());
-  if (take_pending_text() != nullptr) {
+  const gchar *text = closing.text != pb::vesk::kNoText ? pb_get_res_string(closing.text) : nullptr;
+  pb::StringPtr pending;
+  if (closing.count > 0) {
+    pending = counted_text(closing.count, text);
+    text = pending.get();
+  }
+  if (text != nullptr) mb_show_popup(pb_view_manager_get_window(), text);
+  if (pending != nullptr) {
+    pending.reset();
     PB_LOG(PB_LOG_INFO, "   $$$$$$$$$$$$$ FREED $$$$$$$$$$$$  \n");
   }
   return FALSE;
 }
 
-guint add_closing(guint delay_ms, const gchar *text) {
-  auto *closing = new Closing{pb::StringPtr(g_strdup(text))};
-  return gdk_threads_add_timeout_full(G_PRIORITY_DEFAULT, delay_ms, close_dialog_timeout, closing,
-                                      free_closing);
+guint add_closing(guint delay_ms, gint text, gint count) {
+  return gdk_threads_add_timeout_full(G_PRIORITY_DEFAULT, delay_ms, close_dialog_timeout,
+                                      new Closing{text, count}, free_closing);
 }
 
 }  // namespace
 
 void pb::vesk::arm_guard(guint interval_ms) {
-  g_guard_tag = static_cast<gint>(add_closing(interval_ms, pb_get_res_string(kNoReplyText)));
+  g_guard_tag = static_cast<gint>(add_closing(interval_ms, kNoReplyText, 0));
 }
 
-void pb::vesk::close_dialog_later(guint delay_ms, const gchar *text) {
-  add_closing(delay_ms, text);
-}
-
-void pb::vesk::set_pending_text(const gchar *text) {
-  const std::scoped_lock lock(pending_text().mutex);
-  pending_text().text.reset(g_strdup(text));
+void pb::vesk::close_dialog_later(guint delay_ms, gint text, gint count) {
+  add_closing(delay_ms, text, count);
 }
 
 void mb_vesk_media_destroy_timer(void) {

@@ -1,6 +1,5 @@
 #include <mb-vesk-api.h>
 #include <pb-debug.h>
-#include <pb-util-resource.h>
 
 #include "reply.hpp"
 
@@ -17,9 +16,7 @@ enum { kMark, kOperation, kLength, kShareData, kElementCount };
 
 void log_bad_field() { VESK_NOTI_LOG(PB_LOG_ERROR, "Error in noti parameter value\n\n"); }
 
-void close_with(gint text) {
-  pb::vesk::close_dialog_later(pb::vesk::kResultPopupMs, pb_get_res_string(text));
-}
+void close_with(gint text) { pb::vesk::close_dialog_later(pb::vesk::kResultPopupMs, text); }
 
 void handle_share_operation(gint32 operation, gint32 succeeded) {
   switch (operation) {
@@ -92,7 +89,9 @@ void handle_content(Fields fields) {
     return;
   }
   if (header->event_id < 1 || header->event_id > kLastEvent) return;
-  std::vector<gint64> ids = pb::vesk::ids_of(*meta, *data, user_data.asked);
+  const gsize asked =
+      user_data.asked > 0 ? user_data.asked : pb::vesk::most_asked(header->event_id);
+  std::vector<gint64> ids = pb::vesk::ids_of(*meta, *data, asked);
   pb::vesk::handle_content_success({header->event_id, std::move(ids), std::move(user_data)});
 }
 

@@ -27,6 +27,7 @@ inline constexpr guint kUploadGuardMs = 300000;  ///< time for the reply to an u
 inline constexpr guint kResultPopupMs = 1000;    ///< from a reply to the popup with its result
 inline constexpr guint kClosingMs = 10;          ///< from a reply to the end of its dialog
 
+inline constexpr gint kNoText = 0;
 inline constexpr gint kSharedText = 1017;
 inline constexpr gint kAddedText = 1067;
 inline constexpr gint kRefusedText = 1087;
@@ -56,11 +57,10 @@ guint32 handle_or_own(guint32 handle);
 /// Shows the failure text unless a reply comes in time. Replaces the tag of an earlier guard,
 /// whose source stays and fires. Main loop.
 void arm_guard(guint interval_ms);
-/// Ends the waiting dialog after a while and shows a text. Any thread.
-/// @param text (nullable) copied; NULL shows nothing
-void close_dialog_later(guint delay_ms, const gchar *text);
-/// Keeps a text until the next end of a waiting dialog. Any thread.
-void set_pending_text(const gchar *text);
+/// Ends the waiting dialog and the guard after a while and shows a text. Any thread.
+/// @param text number of a resource string; kNoText shows nothing
+/// @param count stands in front of the text when it is more than 0
+void close_dialog_later(guint delay_ms, gint text, gint count = 0);
 
 // user-data.cpp
 
@@ -93,6 +93,12 @@ class Sent {
  private:
   gpointer number_;
 };
+
+/// Remembers how many ids a request names, where it leaves no user data: no reply to it brings
+/// more. Any thread.
+void note_asked(gint32 event, gint count);
+/// The most ids that a request of an event has named; 0 before the first. Any thread.
+gsize most_asked(gint32 event);
 
 struct FreeDownload {
   void operator()(MbDownloadData *record) const noexcept;

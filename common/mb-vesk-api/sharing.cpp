@@ -45,6 +45,7 @@ void mb_vesk_media_share_content_sns_group(guint32 handle, GList *ids, gboolean 
     return;
   }
   const auto publish = is_album ? vesk_svc_content_album_publish : vesk_svc_content_file_publish;
+  pb::vesk::note_asked(VESK_CONTENT_REQ_FILE_PUBLISH, count);
   const gint status = publish(handle_or_own(handle), count, array.get(), group, nullptr);
   PB_LOG(status == kAccepted ? PB_LOG_INFO : PB_LOG_ERROR, " Vp_status = %d \n", status);
   if (status != kAccepted) return;

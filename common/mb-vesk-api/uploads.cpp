@@ -43,6 +43,7 @@ void mb_vesk_upload_multiple_contents(guint32 handle, GList *fids) {
     PB_LOG(PB_LOG_ERROR, ": tmp_fids malloc ERROR\n");
     return;
   }
+  pb::vesk::note_asked(VESK_CONTENT_REQ_FILE_UPLOAD, count);
   if (vesk_svc_content_file_upload(handle_or_own(handle), count, ids.get(), VESK_UPLOAD_PLAIN) !=
       kAccepted) {
     PB_LOG(PB_LOG_ERROR, "vesk_svc_content_file_upload request FAILED\n");
@@ -62,6 +63,7 @@ gint mb_vesk_upload_fids(guint32 handle, const gint *fids, gint count, gint mode
     PB_LOG(PB_LOG_ERROR, ": tmp_fids malloc ERROR\n");
     return 0;
   }
+  pb::vesk::note_asked(VESK_CONTENT_REQ_FILE_UPLOAD, static_cast<gint>(length));
   const gint status = vesk_svc_content_file_upload(handle_or_own(handle), static_cast<gint>(length),
                                                    ids.get(), mode);
   for (gsize i = 0; status == kAccepted && i < length; ++i) {

@@ -1,5 +1,7 @@
 #include <gdk/gdk.h>
 
+#include <array>
+#include <atomic>
 #include <mutex>
 #include <unordered_map>
 
@@ -22,6 +24,9 @@ Table &table() {
   static auto *instance = new Table;
   return *instance;
 }
+
+/// By event.
+std::array<std::atomic<gint>, VESK_CONTENT_REQ_ALBUM_GET + 1> g_most_asked;
 
 gboolean free_record_idle(gpointer data) {
   mb_util_content_download_free(static_cast<MbDownloadData *>(data));
@@ -68,6 +73,16 @@ void pb::vesk::drop_user_data(guint32 handle) {
   }
   // Without the lock: freeing a record ends dialogs and downloads.
   for (const UserData &user_data : dropped) free_data(user_data);
+}
+
+void pb::vesk::note_asked(gint32 event, gint count) {
+  std::atomic<gint> &most = g_most_asked.at(static_cast<gsize>(event));
+  if (count > most) most = count;
+}
+
+gsize pb::vesk::most_asked(gint32 event) {
+  if (event < 0 || static_cast<gsize>(event) >= g_most_asked.size()) return 0;
+  return static_cast<gsize>(g_most_asked[static_cast<gsize>(event)].load());
 }
 
 void pb::vesk::FreeDownload::operator()(MbDownloadData *record) const noexcept {

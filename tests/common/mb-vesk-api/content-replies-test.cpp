@@ -106,6 +106,15 @@ TEST_F(UploadReply, TellsOfEachFile) {
   EXPECT_THAT(shown_after(1000), ElementsAre("string 188", "string 155", "string 155"));
 }
 
+TEST_F(UploadReply, TellsOfNoMoreFilesThanWereSent) {
+  const pb::ListSpinePtr fids(list_of_fids({4, 6}));
+  mb_vesk_file_manual_backup(5, fids.get());
+
+  send({VESK_CONTENT_REQ_FILE_UPLOAD, {21, 22, 23, 24}, ""});
+
+  EXPECT_THAT(intervals(), ElementsAre(300000U, 1000U, 1000U));
+}
+
 TEST_F(UploadReply, BringsTheListUpToDate) {
   send({VESK_CONTENT_REQ_FILE_UPLOAD, {-1, 21}, ""});
   mb_util_create_waiting_popup("waiting");
@@ -211,6 +220,16 @@ TEST_F(PublishReply, TellsOfEachContent) {
   EXPECT_THAT(shown_after(1000), ElementsAre("string 17", "string 164"));
 }
 
+TEST_F(PublishReply, TellsOfNoMoreContentsThanWereSent) {
+  std::vector<gint64> ids{21};
+  const pb::ListSpinePtr list(list_of(ids));
+  mb_vesk_media_share_content_sns_group(5, list.get(), FALSE, "Friends");
+
+  send({VESK_CONTENT_REQ_FILE_PUBLISH, {21, 22, 23}, ""});
+
+  EXPECT_THAT(intervals(), ElementsAre(40000U, 1000U));
+}
+
 TEST_F(RemoveReply, LowersTheCountNoFurtherThanZero) {
   fake::settings().values[kCountKey] = 2;
 
@@ -276,6 +295,15 @@ TEST_F(AddReply, FreesItsTextOnce) {
     if (line.text.find("]   $$$$$$$$$$$$$ FREED $$$$$$$$$$$$  \n") != std::string::npos) ++freed;
   }
   EXPECT_EQ(freed, 1U);
+}
+
+TEST_F(AddReply, CountsNoMoreThanWasSent) {
+  const gint64 ids[] = {21, 22};
+  mb_vesk_media_add_content_to_web_album(5, ids, 2, 8);
+
+  send({VESK_CONTENT_REQ_ALBUM_ADDCONTENT, {21, 22, 23}, ""});
+
+  EXPECT_THAT(shown_after(10), ElementsAre("2 string 67"));
 }
 
 TEST_F(AddReply, CutsItsTextAfterTwentyBytes) {
