@@ -62,7 +62,7 @@ void cover_downloaded(const VeskDownloadResponse *response, gpointer user_data) 
     g_unlink(cover->path.c_str());
   }
   vesk_svc_download_util_abort_request(response->request_id);
-  pb::vesk::resync_later();
+  pb::vesk::refresh_later();
 }
 
 bool is_startable(const Cover &cover) {

@@ -35,6 +35,12 @@ gint current_category() {
   return category;
 }
 
+gboolean refresh_idle(gpointer /*data*/) {
+  PB_LOG(PB_LOG_INFO, "category-type:%d\n", current_category());
+  pb_app_common_resync_current_category();
+  return FALSE;
+}
+
 gboolean resync_idle(gpointer /*data*/) {
   PB_LOG(PB_LOG_INFO, "category-type:%d\n", current_category());
   if (pb_dialog_check_exist()) pb_dialog_destroy();
@@ -95,6 +101,8 @@ void pb::vesk::set_share_group(const gchar *group) {
   std::fill(std::begin(g_share_group), std::end(g_share_group), '\0');
   set_text(g_share_group, group);
 }
+
+void pb::vesk::refresh_later() { gdk_threads_add_idle(refresh_idle, nullptr); }
 
 void pb::vesk::resync_later() { gdk_threads_add_idle(resync_idle, nullptr); }
 

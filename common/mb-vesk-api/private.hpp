@@ -131,13 +131,19 @@ IdsPtr ids_of(GList *list, gint *count);
 /// The ids of a list of GINT_TO_POINTER() numbers. NULL when there is no memory for them.
 IdsPtr numbers_of(GList *list, gint *count);
 
-// follow-ups.cpp: what replies leave for the main loop. Any thread.
+// follow-ups.cpp and adding.cpp: what replies leave for the main loop. Any thread.
 
+/// Builds the list of the current category again.
+void refresh_later();
+/// The same, and ends the waiting dialog first.
 void resync_later();
+/// Builds the list that a deletion of contents was started from.
 void rebuild_later();
+/// Takes removed albums off the count in the settings.
 void lower_album_count_later(gint removed);
-/// adding.cpp
+/// Sends the contents of a quick post to its album.
 void add_to_album_later(gint64 album_id, DownloadPtr record);
+/// Goes on with a one-click share, or tells how its upload ended.
 void follow_upload_later(gint mode, gint64 content_id);
 
 /// The album whose list is built again after the deletion of contents. Main loop.

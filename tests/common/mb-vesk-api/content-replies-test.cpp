@@ -483,6 +483,20 @@ TEST_F(PendingDeletion, OutlivesTheEndOfAnotherRegistration) {
   EXPECT_THAT(requests(), Not(IsEmpty()));
 }
 
+TEST_F(DeleteReply, ToTheDeletionOfOneContentUpdatesTheMirror) {
+  std::string user_data;
+  platform().vesk_svc_content_album_deletecontent = [&](guint32, gint, const gint64 *, gint64,
+                                                        gpointer number) {
+    user_data = bytes_of(number);
+    return 1;
+  };
+  mb_vesk_delete_content_cb(5, 21, 8);
+
+  send({VESK_CONTENT_REQ_ALBUM_DELETECONTENT, {21}, user_data});
+
+  EXPECT_THAT(requests(), Contains("fm_svc_vesk_sync_album_remove_vesk_files(8, {21})"));
+}
+
 TEST_F(DeleteReply, OfNobodysRequestIsDropped) {
   send({VESK_CONTENT_REQ_ALBUM_DELETECONTENT, {21}, bytes_of(guint64{0x7f0000001000})});
 

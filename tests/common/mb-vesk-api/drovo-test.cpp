@@ -1,6 +1,7 @@
 // The cover of the quick-post album, from the reply to the file.
 #include "common/mb-vesk-api/vesk-fixture.hpp"
 #include "pb-app-common.h"
+#include "pb-util-dialog.h"
 #include "support/temp-dir.hpp"
 
 namespace {
@@ -156,6 +157,16 @@ TEST_F(DrovoCover, IsReportedAndShown) {
   EXPECT_EQ(resyncs(), 1U);
   EXPECT_THAT(platform().downloads, IsEmpty());
   EXPECT_EQ(support::read_file(cover("png")), "png");
+}
+
+TEST_F(DrovoCover, LeavesDialogsAlone) {
+  start();
+  mb_util_create_waiting_popup("waiting");
+
+  fake::finish_download(1, 200, "png");
+  fake::run_idles();
+
+  EXPECT_TRUE(pb_dialog_check_exist());
 }
 
 TEST_F(DrovoCover, LeavesNoPartOfAFailedDownload) {
