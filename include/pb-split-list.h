@@ -70,9 +70,10 @@ struct _PbSplitListClass {
 #define PB_SPLIT_FILTER_PICTURES 1 /**< filter type: no videos */
 #define PB_SPLIT_FILTER_VIDEOS 2   /**< filter type: no pictures */
 
-#define PB_SPLIT_ID_DATABASE 0 /**< id type: the database index names a record; any other number \
-                                */
-#define PB_SPLIT_ID_WEB 1      /**< id type: the low word of the web id names a record */
+#define PB_SPLIT_ID_DATABASE                                                                \
+  0                       /**< id type: the database index names a record; any other number \
+                           */
+#define PB_SPLIT_ID_WEB 1 /**< id type: the low word of the web id names a record */
 
 /** Number of lists that are alive. */
 PB_EXPORT extern gint pb_split_list_count;
@@ -125,7 +126,8 @@ PB_EXPORT gint pb_split_get_id_type(void);
  * Says which widgets drive the lists that are made from now on. What is not of its type leaves
  * the earlier widget in its place. None is referenced; each is forgotten when it is destroyed.
  *
- * @param iconview (transfer none) (nullable) a GtkIconView
+ * @param iconview (transfer none) (nullable) a GtkIconView; its icons are taken for as wide as
+ *        high unless it has an item width or a number of columns
  * @param adjustment (transfer none) (nullable) its vertical adjustment
  * @param paned (transfer none) (nullable) the GtkPaned whose divider separates the panes
  */
