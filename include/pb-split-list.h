@@ -279,7 +279,7 @@ PB_EXPORT PbItem *pb_split_list_get_nth_item(PbSplitList *list, gint index);
 
 /**
  * Moves one record from the unselected ones to the end of the selected ones. The list's records
- * and length follow the unselected ones; its rows are left alone.
+ * and length follow the unselected ones, and it fetches no further ones; its rows are left alone.
  *
  * @param list (transfer none) the list
  * @param unselected_record_list (inout) MbItem records in ascending order of their ordering index

@@ -88,6 +88,8 @@ void stop_fetching(PbSplitListPrivate &priv);
 /// @{
 
 [[nodiscard]] gint row_count(PbSplitList *list);
+/// FALSE, and the iterator is good for nothing, when there is no such row.
+[[nodiscard]] bool point(PbSplitList *list, GtkTreeIter *iter, gint row);
 /// Makes the next rows, fetching their records where needed. FALSE when there are none left.
 bool fill_slice(const char *entry, PbSplitList *list);
 [[nodiscard]] bool has_more_rows(PbSplitList *list);

@@ -9,6 +9,7 @@
 
 #include "private.hpp"
 
+using pb::split_list::point;
 using pb::split_list::private_of;
 
 namespace {
@@ -68,10 +69,6 @@ gint row_of_step(const PbSplitListPrivate &priv) {
     return priv.view_start - 1 - (priv.refresh_progress - priv.refresh_count);
   }
   return priv.view_start + priv.refresh_progress;
-}
-
-bool point(PbSplitList *list, GtkTreeIter *iter, gint row) {
-  return row >= 0 && gtk_tree_model_iter_nth_child(GTK_TREE_MODEL(list), iter, nullptr, row);
 }
 
 /// A thumbnail in the size of icons; smaller ones stay as they are.

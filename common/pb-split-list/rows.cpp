@@ -8,6 +8,7 @@
 
 #include "private.hpp"
 
+using pb::split_list::point;
 using pb::split_list::private_of;
 
 namespace {
@@ -59,7 +60,7 @@ gint append_rows(const char *entry, PbSplitList *list, gint most) {
   const gint64 until = g_get_monotonic_time() + kSliceTime;
   const gint first = pb::split_list::row_count(list);
   gint made = 0;
-  // Looked up for each row: whoever hears of a row may move records.
+  // Whoever hears of a row may move its record, or take all of them.
   for (GList *link = next_record(priv); link != nullptr && made < most;) {
     gpointer record = link->data;
     priv.last_made = record;
@@ -70,10 +71,6 @@ gint append_rows(const char *entry, PbSplitList *list, gint most) {
     if (link != nullptr && link->data == nullptr) link = next_record(priv);
   }
   return made;
-}
-
-bool point(PbSplitList *list, GtkTreeIter *iter, gint row) {
-  return row >= 0 && gtk_tree_model_iter_nth_child(GTK_TREE_MODEL(list), iter, nullptr, row);
 }
 
 /// Column 2 of rows from a row on, a slice of them. FALSE when all numbers are right.
@@ -158,6 +155,10 @@ static gboolean pb_split_list_fill_at_idle_cb(gpointer data) {
 
 namespace pb::split_list {
 
+bool point(PbSplitList *list, GtkTreeIter *iter, gint row) {
+  return row >= 0 && gtk_tree_model_iter_nth_child(GTK_TREE_MODEL(list), iter, nullptr, row);
+}
+
 gint row_count(PbSplitList *list) {
   return gtk_tree_model_iter_n_children(GTK_TREE_MODEL(list), nullptr);
 }
@@ -191,6 +192,8 @@ void stop_filling(PbSplitListPrivate &priv) {
 void pb_split_list_refresh_new_item_when_remove(PbSplitList *list, gint index) {
   PB_CHECK(PB_IS_SPLIT_LIST(list));
   PB_LOG(PB_LOG_INFO, "index=%d\n", index);
+  // A row that goes may make the application drop the list.
+  const auto self = pb::Ref<PbSplitList>::share(list);
   const gint rows = pb::split_list::row_count(list);
   const gint expected = expected_rows(list);
   if (rows > expected) {

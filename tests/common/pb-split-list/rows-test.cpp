@@ -231,6 +231,20 @@ TEST_F(SplitRows, LeaveOutRecordsThatAreNull) {
   EXPECT_THAT(ids_of(list_), ElementsAre(1, 2));
 }
 
+TEST_F(SplitRows, BearAListThatIsDroppedWhenARowGoes) {
+  show(5);
+  select(1);
+  g_signal_connect_swapped(list_.get(), "row-deleted", G_CALLBACK(+[](SplitPtr *owner) {
+                             pb_split_clear_record_list(owner->get());
+                             owner->reset();
+                           }),
+                           &list_);
+
+  refresh(1);
+
+  EXPECT_FALSE(list_);
+}
+
 using SplitNthItem = SplitRows;
 
 TEST_F(SplitNthItem, IsTheItemOfTheRow) {
