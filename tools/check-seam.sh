@@ -16,6 +16,7 @@ host_only() {
     media_index_start | media_index_stop | media_index_rescan) return 0 ;;
     media_index_get_progress | media_index_add_listener | media_index_remove_listener) return 0 ;;
     media_index_get_position | media_index_get_id_by_path) return 0 ;;
+    media_index_export_user_data | media_index_import_user_data) return 0 ;;
     picture_loader_load | picture_loader_cancel | picture_loader_shutdown) return 0 ;;
     thumbnail_manager_add_listener | thumbnail_manager_remove_listener) return 0 ;;
     thumbnail_manager_shutdown) return 0 ;;
