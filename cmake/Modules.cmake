@@ -44,9 +44,11 @@ endfunction()
 # pb_add_test(<name> SOURCES <source>... [LIBRARIES <target>...] [LABELS <label>...])
 # A test program: every test in it runs in a process of its own. Library tests name
 # pb_objects and fake-platform, host tests the phone-<service> libraries they link.
+# WHOLE_STACKS: under ASan, stacks are unwound through libraries without frame pointers too, which
+# takes four times as long, for leaks that tools/lsan.supp knows by a function further out.
 # Labels: display (needs an X server), dbus (needs a session bus), threads (runs under TSan too).
 function(pb_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WHOLE_STACKS" "" "SOURCES;LIBRARIES;LABELS")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test-support PkgConfig::GTK2
     GTest::gmock GTest::gtest)
@@ -59,6 +61,11 @@ function(pb_add_test name)
   if(threads IN_LIST PB_DEFAULT_LABELS)
     add_dependencies(threads-tests ${name})
   endif()
+  set(whole_stacks)
+  if(arg_WHOLE_STACKS)
+    set(whole_stacks ENVIRONMENT_MODIFICATION
+      ASAN_OPTIONS=path_list_append:fast_unwind_on_malloc=0)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX ${name}.
-    PROPERTIES LABELS "${PB_DEFAULT_LABELS}" TIMEOUT 120)
+    PROPERTIES LABELS "${PB_DEFAULT_LABELS}" TIMEOUT 120 ${whole_stacks})
 endfunction()
