@@ -179,8 +179,10 @@ gboolean Canvas::on_tap_due(gpointer self) {
 
 /// At the sides a second tap goes one picture further.
 void Canvas::tap_twice(double x, double y) {
-  if (!tap_.pending()) return;
-  tap_.remove();
+  const int third = width() / 3;
+  if (x < third || x >= width() - third) return;
+  // Nothing is pending where a slow turn has taken the first tap for a whole one.
+  if (tap_.pending()) tap_.remove();
   pressed_ = false;
   if (is_enlarged()) {
     zoom_to_fit();
