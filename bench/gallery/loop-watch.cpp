@@ -64,9 +64,9 @@ class StackTimer {
  private:
   void set(long us) {
     if (!running_) return;
-    itimerspec spec{};
-    spec.it_value.tv_nsec = us * 1000;
-    timer_settime(timer_, 0, &spec, nullptr);
+    itimerspec due{};
+    due.it_value.tv_nsec = us * 1000;
+    timer_settime(timer_, 0, &due, nullptr);
   }
   static void write_stack(int) {
     void *frames[64];

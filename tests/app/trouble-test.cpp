@@ -15,7 +15,16 @@ namespace {
 /// The grey of the drawing on a page that has nothing to list.
 constexpr support::Rgba kDrawingGrey{106, 112, 124};
 
-class Trouble : public gallery_test::Browsing {};
+class Trouble : public gallery_test::Browsing {
+ protected:
+  /// Starts the gallery and opens the newest picture, a red one.
+  void open_red() {
+    start();
+    ASSERT_TRUE(find(kGreen));
+    press("Return");
+    ASSERT_TRUE(has_title("red.png"));
+  }
+};
 
 }  // namespace
 
@@ -71,10 +80,7 @@ TEST_F(Trouble, ABrokenPictureIsPassedLikeAnyOther) {
   add_picture("red.png", kRed);
   add_file("broken.jpg", "\xff\xd8\xff\xe0 this is no picture");
   add_picture("green.png", kGreen);
-  start();
-  ASSERT_TRUE(find(kGreen));
-  press("Return");
-  ASSERT_TRUE(has_title("red.png"));
+  ASSERT_NO_FATAL_FAILURE(open_red());
 
   press("Right");
   ASSERT_TRUE(has_title("broken.jpg"));
@@ -92,10 +98,7 @@ TEST_F(Trouble, APictureThatClaimsAHugeSizeIsPassedLikeAnyOther) {
   bytes.replace(16, 8, std::string("\0\1\x86\xa0\0\1\x86\xa0", 8));  // 100000 x 100000
   add_file("huge.png", bytes);
   add_picture("green.png", kGreen);
-  start();
-  ASSERT_TRUE(find(kGreen));
-  press("Return");
-  ASSERT_TRUE(has_title("red.png"));
+  ASSERT_NO_FATAL_FAILURE(open_red());
 
   press("Right");
   ASSERT_TRUE(has_title("huge.png"));
@@ -108,10 +111,7 @@ TEST_F(Trouble, AnEmptyFileIsPassedLikeAnyOther) {
   add_picture("red.png", kRed);
   add_file("empty.jpg", "");
   add_picture("green.png", kGreen);
-  start();
-  ASSERT_TRUE(find(kGreen));
-  press("Return");
-  ASSERT_TRUE(has_title("red.png"));
+  ASSERT_NO_FATAL_FAILURE(open_red());
 
   press("Right");
   ASSERT_TRUE(has_title("empty.jpg"));
@@ -126,10 +126,7 @@ TEST_F(Trouble, APictureThatIsCutOffIsPassedLikeAnyOther) {
   const std::string bytes = support::read_file(whole);
   add_file("cut.png", bytes.substr(0, bytes.size() / 2));
   add_picture("green.png", kGreen);
-  start();
-  ASSERT_TRUE(find(kGreen));
-  press("Return");
-  ASSERT_TRUE(has_title("red.png"));
+  ASSERT_NO_FATAL_FAILURE(open_red());
 
   press("Right");
   ASSERT_TRUE(has_title("cut.png"));

@@ -22,7 +22,6 @@ constexpr int kAlbumFiles = 3;
 constexpr int kWidth = 480;
 constexpr int kHeight = 800;
 constexpr int kCell = 148;
-constexpr int kPatienceSeconds = 20;
 
 /// What a type's class had before its instances were counted.
 struct Counted {
@@ -130,7 +129,7 @@ void AlbumWalk::start_index() {
   const std::string root = dir_.path("pictures");
   const gchar *roots[] = {root.c_str()};
   ASSERT_TRUE(media_index_start(roots, 1, nullptr));
-  ASSERT_TRUE(eventually([this] { return scanned_; }));
+  ASSERT_TRUE(support::run_until([this] { return scanned_; }));
 }
 
 void AlbumWalk::make_window() {
@@ -181,7 +180,7 @@ void AlbumWalk::show_current_list() {
   g_signal_connect(list, "finalize-cache", G_CALLBACK(note_finalize), this);
   followed_ = list;
   phone_icon_view_set_model(PHONE_ICON_VIEW(view_.get()), GTK_TREE_MODEL(list));
-  ASSERT_TRUE(eventually([this] {
+  ASSERT_TRUE(support::run_until([this] {
     const auto rows = rows_on_screen();
     return !rows.empty() && std::ranges::all_of(rows, [this](gint row) {
       return gtk_virtual_list_store_row_is_filled(GTK_VIRTUAL_LIST_STORE(followed_), row) != FALSE;
@@ -191,7 +190,7 @@ void AlbumWalk::show_current_list() {
 
 void AlbumWalk::scroll_to_row(gint row) {
   phone_icon_view_scroll_to_row(PHONE_ICON_VIEW(view_.get()), row, 0);
-  ASSERT_TRUE(eventually([this] {
+  ASSERT_TRUE(support::run_until([this] {
     return std::ranges::all_of(rows_on_screen(), [this](gint shown) {
       return gtk_virtual_list_store_row_is_filled(GTK_VIRTUAL_LIST_STORE(followed_), shown) !=
              FALSE;
@@ -199,26 +198,8 @@ void AlbumWalk::scroll_to_row(gint row) {
   }));
 }
 
-bool AlbumWalk::eventually(const std::function<bool()> &holds) {
-  bool late = false;
-  const guint guard = g_timeout_add_seconds(
-      kPatienceSeconds,
-      [](gpointer data) -> gboolean {
-        *static_cast<bool *>(data) = true;
-        return TRUE;
-      },
-      &late);
-  bool held = holds();
-  while (!held && !late) {
-    g_main_context_iteration(nullptr, TRUE);
-    held = holds();
-  }
-  g_source_remove(guard);
-  return held;
-}
-
 bool AlbumWalk::eventually_has_thumbnails() {
-  return eventually([this] {
+  return support::run_until([this] {
     return std::ranges::all_of(rows_on_screen(), [this](gint row) {
       GtkTreeIter iter;
       if (!gtk_virtual_list_store_iter_nth(GTK_VIRTUAL_LIST_STORE(followed_), &iter, row)) {

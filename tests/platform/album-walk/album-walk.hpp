@@ -8,13 +8,13 @@
 #include <pb-item-list.h>
 #include <pb-item.h>
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "glib-ptr.hpp"
 #include "support/glib-test.hpp"
+#include "support/main-loop.hpp"
 #include "support/temp-dir.hpp"
 
 namespace test {
@@ -57,8 +57,6 @@ class AlbumWalk : public support::DisplayTest {
   /// Shows the current list and follows the signals of its cache.
   void show_current_list();
   void scroll_to_row(gint row);
-  /// Runs the main loop until something holds.
-  static bool eventually(const std::function<bool()> &holds);
   /// Runs the main loop until every row on screen has its thumbnail.
   bool eventually_has_thumbnails();
 

@@ -4,12 +4,12 @@
 #include <media-browser.h>
 #include <media-index.h>
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "support/glib-test.hpp"
+#include "support/main-loop.hpp"
 #include "support/temp-dir.hpp"
 
 namespace test {
@@ -22,9 +22,7 @@ std::string camera_jpeg(const std::string &taken = "", const std::string &offset
 /// Sets a file's time of change, in Unix seconds.
 void set_mtime(const std::string &path, gint64 seconds);
 
-/// Runs the main loop until something holds, and tells whether it did in time. It sleeps until
-/// the index has news.
-bool run_until(const std::function<bool()> &holds);
+using support::run_until;
 
 class Library {
  public:
